@@ -1,0 +1,30 @@
+#ifndef PANELROOT_H
+#define PANELROOT_H
+
+#include <QByteArray>
+#include <QString>
+
+// Every absolute path the plug-in touches goes through here. When the
+// environment variable PANEL_ROOT is set and non-empty, absolute paths are
+// resolved below it, so a development machine, the simulator or a test can
+// play a whole panel inside one folder. Unset, paths and command texts pass
+// through unchanged. No other code concatenates roots.
+namespace PanelRoot {
+
+// The current root without a trailing slash, or empty when none is set.
+// Read from the environment on every call so a test may switch roots.
+QByteArray root();
+
+// "/tmp/mw.dat" -> "$PANEL_ROOT/tmp/mw.dat"; relative paths are unchanged.
+QByteArray path(const char *absolutePath);
+QString path(const QString &absolutePath);
+
+// Maps every absolute path inside a shell command text: a '/' that starts a
+// word (at the start, after white space, a quote, '=', or a redirection or
+// command separator) begins a path. "cp /etc/a /etc/b" names both files
+// under the root; "10.0.0.0/8" is left alone.
+QByteArray command(const char *commandText);
+
+} // namespace PanelRoot
+
+#endif // PANELROOT_H

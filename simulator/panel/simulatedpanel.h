@@ -1,0 +1,57 @@
+#ifndef SIMULATEDPANEL_H
+#define SIMULATEDPANEL_H
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+// Lays out a simulated panel below a folder that then serves as PANEL_ROOT:
+// the host's register files and FIFOs, the configuration files, the font,
+// firmware tools under /root/plat-intf/ that keep the device image and the
+// brightness in files, and recording stand-ins for the system tools the
+// plug-in runs. Every tool call is appended to one log, a line per call:
+// the tool's name and its arguments separated by tabs.
+class SimulatedPanel
+{
+public:
+    struct Options {
+        int screenWidth = 800;
+        QByteArray qrCodeText = "TAVRO-HMI-7A3F19C2-0001";
+        int brightness = 148;           // device scale
+        bool withLanguageFile = true;   // /hmi/Config/lange.json
+        QString fontSource;             // empty: a CJK font from the system
+    };
+
+    // Builds the panel below root (created if missing). False when a part
+    // could not be made; errorString() says which.
+    bool build(const QString &root, const Options &options);
+    bool build(const QString &root) { return build(root, Options()); }
+    QString errorString() const { return m_error; }
+
+    // Writes the recording stand-ins of the host tools into dir. They log to
+    // $PANEL_ROOT/sim/calls.log when PANEL_ROOT is set, else to dir/calls.log.
+    static bool writeHostToolFakes(const QString &dir, QString *error = nullptr);
+    static QStringList hostToolNames();
+    static QStringList firmwareToolNames();
+
+    static QString stateDir(const QString &root);      // root/sim
+    static QString callLogPath(const QString &root);   // root/sim/calls.log
+    static QString imagePath(const QString &root);     // root/sim/eeprom.bin
+    static QString brightnessPath(const QString &root);// root/sim/brightness
+    static QString beepLogPath(const QString &root);   // root/sim/beeps.log
+    static QString hostToolDir(const QString &root);   // root/sim/bin
+
+    // Parses a call log into argument vectors (element 0 is the tool name).
+    static QList<QStringList> parseCallLog(const QByteArray &log);
+
+    // The 1024-byte device image the panel starts with.
+    static QByteArray sampleImage(const Options &options);
+
+    // Size of every register file: covers every register of the table.
+    static constexpr int RegisterFileSize = 4096;
+
+private:
+    QString m_error;
+};
+
+#endif // SIMULATEDPANEL_H

@@ -1,0 +1,44 @@
+#ifndef TESTPANEL_H
+#define TESTPANEL_H
+
+#include "simulatedpanel.h"
+
+#include <QList>
+#include <QStringList>
+#include <QTemporaryDir>
+
+// A fresh simulated panel in a temporary folder, made PANEL_ROOT for the
+// lifetime of the object. Create one per test function.
+class TestPanel
+{
+public:
+    explicit TestPanel(const SimulatedPanel::Options &options = SimulatedPanel::Options());
+    ~TestPanel();
+    TestPanel(const TestPanel &) = delete;
+    TestPanel &operator=(const TestPanel &) = delete;
+
+    bool isValid() const { return m_valid; }
+    QString errorString() const { return m_error; }
+    QString root() const;
+    QString path(const QString &absolutePath) const;    // root + absolutePath
+
+    QByteArray readFile(const QString &absolutePath) const;
+    bool writeFile(const QString &absolutePath, const QByteArray &data) const;
+    bool removeFile(const QString &absolutePath) const;
+
+    QByteArray image() const;                 // the firmware's device image
+    void setImage(const QByteArray &image) const;
+
+    QList<QStringList> calls() const;         // every tool call so far
+    QList<QStringList> calls(const QString &tool) const;
+    void clearCalls() const;
+
+private:
+    QTemporaryDir m_dir;
+    QByteArray m_previousRoot;
+    bool m_hadRoot = false;
+    bool m_valid = false;
+    QString m_error;
+};
+
+#endif // TESTPANEL_H
