@@ -1,0 +1,263 @@
+#include "simulatedpanel.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QLoggingCategory>
+#include <QtEndian>
+
+#include <cstring>
+#include <sys/stat.h>
+#include <sys/types.h>
+
+Q_LOGGING_CATEGORY(lcPanel, "tavro.simulator.panel")
+
+namespace {
+
+// Where the device image keeps what the plug-in reads of it.
+constexpr int BrightnessOffset = 29;
+constexpr int Eth0MacOffset = 32;
+constexpr int Eth0IpOffset = 41;
+constexpr int Eth0GatewayOffset = 45;
+constexpr int Eth0MaskOffset = 49;
+constexpr int Eth1MacOffset = 165;
+constexpr int Eth1IpOffset = 174;
+constexpr int Eth1GatewayOffset = 178;
+constexpr int Eth1MaskOffset = 182;
+constexpr int ReadOnlyBase = 256;
+constexpr int CapabilityByte = ReadOnlyBase + 5;   // bit 3: WLAN fitted
+constexpr int HwOptionsByte = ReadOnlyBase + 6;    // bit 0: eth1, bit 5: 4G
+constexpr int ScreenWidthLow = ReadOnlyBase + 30;
+constexpr int ScreenWidthHigh = ReadOnlyBase + 31; // upper nibble: bits 8..11
+constexpr int QrTextOffset = 512;
+constexpr int QrTextSize = 64;
+constexpr int ImageSize = 1024;
+
+const char *const RegisterFiles[] = {
+    "/tmp/mw.dat", "/tmp/mb.dat", "/hmi_data/fw.dat", "/hmi_data/fb.dat",
+    "/tmp/smw.dat", "/tmp/smb.dat", "/hmi_data/sfw.dat", "/hmi_data/sfb.dat",
+    "/hmi_data/rw.dat",
+};
+
+const char *const Folders[] = {
+    "/tmp", "/hmi_data", "/hmi/Config", "/root/plat-intf", "/etc", "/var/run",
+    "/var/lib/zerotier-one", "/dev", "/sim/bin",
+};
+
+const char LanguageFile[] =
+    "{\n"
+    "    \"defaultLange\": 0,\n"
+    "    \"lange\": [\n"
+    "        { \"id\": 0, \"name\": \"Chinese(Simplified Han)\" },\n"
+    "        { \"id\": 1, \"name\": \"English(Latin)\" }\n"
+    "    ]\n"
+    "}\n";
+
+const char SettingsFile[] = "[General]\nbuzzer=on\n";
+
+const char ResolverFile[] =
+    "nameserver 114.114.114.114 # eth0\n"
+    "nameserver 8.8.8.8 # eth0\n";
+
+// Shared head of every stand-in: append one tab-separated line per call.
+const char LogFunction[] =
+    "log_call() {\n"
+    "    line=$(basename \"$0\")\n"
+    "    for a in \"$@\"; do line=\"$line\t$a\"; done\n"
+    "    printf '%s\\n' \"$line\" >> \"$CALL_LOG\"\n"
+    "}\n";
+
+struct FirmwareTool {
+    const char *name;
+    const char *body;   // after log_call; $STATE is the simulator's state folder
+};
+
+const FirmwareTool FirmwareTools[] = {
+    {"readee", "cat \"$STATE/eeprom.bin\"\n"},
+    {"writeee", "cat > \"$STATE/eeprom.new\" && mv \"$STATE/eeprom.new\" \"$STATE/eeprom.bin\"\n"},
+    {"getbright", "cat \"$STATE/brightness\"\n"},
+    {"setbright", "printf '%s\\n' \"$1\" > \"$STATE/brightness\"\n"},
+    {"setbeep", "printf '%s\\n' \"$1\" >> \"$STATE/beeps.log\"\n"},
+    {"setmpi", "cat > \"$STATE/mpi.bin\"\n"},
+    {"setserial", "cat > \"$STATE/serial.bin\"\n"},
+    {"readlogo", "cat \"$STATE/logo.bin\" 2>/dev/null\n"},
+    {"writelogo", "cat > \"$STATE/logo.bin\"\n"},
+    {"getusbslave", "cat \"$STATE/usbslave\"\n"},
+};
+
+const char *const HostTools[] = {
+    "reboot", "date", "hwclock", "ifconfig", "route", "ip", "udhcpc", "killall", "ping",
+};
+
+bool writeFile(const QString &path, const QByteArray &data, QString *error,
+               QFileDevice::Permissions extra = {})
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(data) != data.size()) {
+        if (error)
+            *error = QStringLiteral("cannot write %1: %2").arg(path, file.errorString());
+        return false;
+    }
+    if (extra)
+        file.setPermissions(file.permissions() | extra);
+    return true;
+}
+
+QByteArray script(const QByteArray &prelude, const QByteArray &body)
+{
+    return "#!/bin/sh\n" + prelude + LogFunction + "log_call \"$@\"\n" + body;
+}
+
+template <typename T>
+void putLittleEndian(QByteArray &image, int offset, T value)
+{
+    const T stored = qToLittleEndian(value);
+    memcpy(image.data() + offset, &stored, sizeof stored);
+}
+
+void putIp(QByteArray &image, int offset, quint8 a, quint8 b, quint8 c, quint8 d)
+{
+    putLittleEndian(image, offset, quint32(a) | quint32(b) << 8 | quint32(c) << 16 | quint32(d) << 24);
+}
+
+QString findCjkFont()
+{
+    const char *const candidates[] = {
+        "/usr/share/fonts/truetype/wqy/wqy-microhei.ttc",
+        "/usr/share/fonts/truetype/wqy/wqy-zenhei.ttc",
+        "/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc",
+        "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
+    };
+    for (const char *candidate : candidates) {
+        if (QFileInfo::exists(QString::fromLatin1(candidate)))
+            return QString::fromLatin1(candidate);
+    }
+    return QString();
+}
+
+} // namespace
+
+QStringList SimulatedPanel::hostToolNames()
+{
+    QStringList names;
+    for (const char *tool : HostTools)
+        names << QString::fromLatin1(tool);
+    return names;
+}
+
+QStringList SimulatedPanel::firmwareToolNames()
+{
+    QStringList names;
+    for (const FirmwareTool &tool : FirmwareTools)
+        names << QString::fromLatin1(tool.name);
+    return names;
+}
+
+QString SimulatedPanel::stateDir(const QString &root) { return root + QStringLiteral("/sim"); }
+QString SimulatedPanel::callLogPath(const QString &root) { return stateDir(root) + QStringLiteral("/calls.log"); }
+QString SimulatedPanel::imagePath(const QString &root) { return stateDir(root) + QStringLiteral("/eeprom.bin"); }
+QString SimulatedPanel::brightnessPath(const QString &root) { return stateDir(root) + QStringLiteral("/brightness"); }
+QString SimulatedPanel::beepLogPath(const QString &root) { return stateDir(root) + QStringLiteral("/beeps.log"); }
+QString SimulatedPanel::hostToolDir(const QString &root) { return stateDir(root) + QStringLiteral("/bin"); }
+
+QByteArray SimulatedPanel::sampleImage(const Options &options)
+{
+    QByteArray image(ImageSize, '\0');
+    for (int i = 0; i < ImageSize; ++i)   // bytes owned by other programs: keep them recognisable
+        image[i] = char((i * 37 + 11) & 0xff);
+    for (int i = 0; i < 187; ++i)
+        image[i] = '\0';
+    putLittleEndian(image, BrightnessOffset, quint16(options.brightness));
+    const char mac0[] = {'\x00', '\x1a', '\x2b', '\x3c', '\x4d', '\x5e'};
+    const char mac1[] = {'\x00', '\x1a', '\x2b', '\x3c', '\x4d', '\x5f'};
+    memcpy(image.data() + Eth0MacOffset, mac0, sizeof mac0);
+    memcpy(image.data() + Eth1MacOffset, mac1, sizeof mac1);
+    putIp(image, Eth0IpOffset, 192, 168, 1, 100);
+    putIp(image, Eth0GatewayOffset, 192, 168, 1, 1);
+    putIp(image, Eth0MaskOffset, 255, 255, 255, 0);
+    putIp(image, Eth1IpOffset, 192, 168, 2, 100);
+    putIp(image, Eth1GatewayOffset, 192, 168, 2, 1);
+    putIp(image, Eth1MaskOffset, 255, 255, 255, 0);
+    image[CapabilityByte] = char(1 << 3);
+    image[HwOptionsByte] = char(1 << 0 | 1 << 5);
+    image[ScreenWidthLow] = char(options.screenWidth & 0xff);
+    image[ScreenWidthHigh] = char(((options.screenWidth >> 8) & 0x0f) << 4);
+    const QByteArray text = options.qrCodeText.left(QrTextSize);
+    memset(image.data() + QrTextOffset, 0, QrTextSize);
+    memcpy(image.data() + QrTextOffset, text.constData(), size_t(text.size()));
+    return image;
+}
+
+bool SimulatedPanel::writeHostToolFakes(const QString &dir, QString *error)
+{
+    if (!QDir().mkpath(dir)) {
+        if (error)
+            *error = QStringLiteral("cannot create %1").arg(dir);
+        return false;
+    }
+    const QByteArray prelude =
+        "if [ -n \"$PANEL_ROOT\" ]; then CALL_LOG=\"$PANEL_ROOT/sim/calls.log\"; mkdir -p \"$PANEL_ROOT/sim\"\n"
+        "else CALL_LOG='" + QFile::encodeName(dir) + "/calls.log'; fi\n";
+    for (const char *tool : HostTools) {
+        if (!writeFile(dir + QLatin1Char('/') + QLatin1String(tool), script(prelude, "exit 0\n"),
+                       error, QFileDevice::ExeOwner | QFileDevice::ExeGroup | QFileDevice::ExeOther))
+            return false;
+    }
+    return true;
+}
+
+bool SimulatedPanel::build(const QString &root, const Options &options)
+{
+    m_error.clear();
+    const QString state = stateDir(root);
+    for (const char *folder : Folders) {
+        if (!QDir().mkpath(root + QLatin1String(folder))) {
+            m_error = QStringLiteral("cannot create %1%2").arg(root, QLatin1String(folder));
+            return false;
+        }
+    }
+    const QByteArray zeros(RegisterFileSize, '\0');
+    for (const char *file : RegisterFiles) {
+        if (!writeFile(root + QLatin1String(file), zeros, &m_error))
+            return false;
+    }
+    for (const char *fifo : {"/tmp/fifo_sysreg", "/tmp/fifo_localreg"}) {
+        const QByteArray path = QFile::encodeName(root + QLatin1String(fifo));
+        if (::mkfifo(path.constData(), 0666) != 0 && !QFileInfo(QFile::decodeName(path)).exists()) {
+            m_error = QStringLiteral("cannot create FIFO %1").arg(QFile::decodeName(path));
+            return false;
+        }
+    }
+    QFile::link(QStringLiteral("/dev/null"), root + QStringLiteral("/dev/null"));
+
+    if ((options.withLanguageFile && !writeFile(root + "/hmi/Config/lange.json", LanguageFile, &m_error))
+        || !writeFile(root + "/hmi/Config/system_settings.ini", SettingsFile, &m_error)
+        || !writeFile(root + "/etc/resolv.conf", ResolverFile, &m_error)
+        || !writeFile(imagePath(root), sampleImage(options), &m_error)
+        || !writeFile(brightnessPath(root), QByteArray::number(options.brightness) + '\n', &m_error)
+        || !writeFile(state + "/usbslave", "plug-out\n", &m_error)
+        || !writeFile(callLogPath(root), QByteArray(), &m_error))
+        return false;
+
+    const QString font = options.fontSource.isEmpty() ? findCjkFont() : options.fontSource;
+    if (font.isEmpty() || !QFile::link(font, root + QStringLiteral("/hmi/default.ttf")))
+        qCWarning(lcPanel, "no font for /hmi/default.ttf; the panel falls back to Qt's default font");
+
+    const QByteArray prelude = "STATE='" + QFile::encodeName(state) + "'\nCALL_LOG=\"$STATE/calls.log\"\n";
+    for (const FirmwareTool &tool : FirmwareTools) {
+        if (!writeFile(root + "/root/plat-intf/" + QLatin1String(tool.name), script(prelude, tool.body),
+                       &m_error, QFileDevice::ExeOwner | QFileDevice::ExeGroup | QFileDevice::ExeOther))
+            return false;
+    }
+    return writeHostToolFakes(hostToolDir(root), &m_error);
+}
+
+QList<QStringList> SimulatedPanel::parseCallLog(const QByteArray &log)
+{
+    QList<QStringList> calls;
+    for (const QByteArray &line : log.split('\n')) {
+        if (!line.isEmpty())
+            calls << QString::fromLocal8Bit(line).split(QLatin1Char('\t'));
+    }
+    return calls;
+}

@@ -1,8 +1,14 @@
 #ifndef TESTHARNESS_H
 #define TESTHARNESS_H
 
+#include <QCoreApplication>
+#include <QFile>
 #include <QString>
 #include <QTemporaryDir>
+#include <QTest>
+#ifdef QT_WIDGETS_LIB
+#include <QApplication>
+#endif
 
 // Puts recording stand-ins of reboot, date, hwclock, ifconfig, route, ip,
 // udhcpc, killall and ping first in PATH for the whole test process, and
