@@ -1,0 +1,3 @@
+#include "inputdialog.h"
+
+bool InputDialog::p_move = false;

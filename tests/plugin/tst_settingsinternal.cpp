@@ -1,0 +1,100 @@
+// Parts of the settings window that the host cannot reach through the
+// plug-in interface, driven in-process from the plug-in's own objects.
+#include "inputdialog.h"
+#include "settings.h"
+#include "testharness.h"
+#include "testpanel.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QtTest>
+
+namespace {
+
+// Counts the paint events a widget receives.
+class PaintCounter : public QObject
+{
+public:
+    int paints = 0;
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        return false;
+    }
+};
+
+} // namespace
+
+class TestSettingsInternal : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void languageBoxSize_data();
+    void languageBoxSize();
+    void languageBoxFollowsTheScreen();
+    void draggedDialogTriggersRepaint();
+    void noRepaintWithoutDrag();
+};
+
+void TestSettingsInternal::languageBoxSize_data()
+{
+    QTest::addColumn<QSize>("screen");
+    QTest::addColumn<QSize>("box");
+    QTest::newRow("800x480") << QSize(800, 480) << QSize(160, 25);
+    QTest::newRow("1024x600") << QSize(1024, 600) << QSize(184, 31);
+    QTest::newRow("1280x800") << QSize(1280, 800) << QSize(211, 41);
+    QTest::newRow("1920x1080") << QSize(1920, 1080) << QSize(280, 56);
+}
+
+void TestSettingsInternal::languageBoxSize()
+{
+    QFETCH(QSize, screen);
+    QFETCH(QSize, box);
+    QCOMPARE(Settings::languageBoxSize(screen), box);
+}
+
+void TestSettingsInternal::languageBoxFollowsTheScreen()
+{
+    TestPanel panel;
+    Settings window;
+    window.init();
+    const QSize expected = Settings::languageBoxSize(QGuiApplication::primaryScreen()->geometry().size());
+    QWidget *box = window.findChild<QWidget *>("comboBox");
+    QCOMPARE(box->minimumSize(), expected);
+    QCOMPARE(box->maximumSize(), expected);
+}
+
+void TestSettingsInternal::draggedDialogTriggersRepaint()
+{
+    TestPanel panel;
+    Settings window;
+    window.init();
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    PaintCounter counter;
+    window.installEventFilter(&counter);
+    InputDialog::p_move = true;
+    QTRY_VERIFY_WITH_TIMEOUT(!InputDialog::p_move, 500);
+    QVERIFY(counter.paints > 0);
+}
+
+void TestSettingsInternal::noRepaintWithoutDrag()
+{
+    TestPanel panel;
+    Settings window;
+    window.init();
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTest::qWait(50);
+    PaintCounter counter;
+    window.installEventFilter(&counter);
+    InputDialog::p_move = false;
+    QTest::qWait(100);
+    QCOMPARE(counter.paints, 0);
+    QVERIFY(!InputDialog::p_move);
+}
+
+PANEL_GUI_TEST_MAIN(TestSettingsInternal)
+#include "tst_settingsinternal.moc"
