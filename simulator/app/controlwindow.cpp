@@ -1,0 +1,50 @@
+#include "controlwindow.h"
+
+#include <QCloseEvent>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTime>
+#include <QVBoxLayout>
+
+ControlWindow::ControlWindow(const QString &root, const QString &pluginPath, QWidget *parent)
+    : QWidget(parent)
+    , m_log(new QPlainTextEdit(this))
+{
+    setWindowTitle(tr("Panel simulator: host side"));
+    auto *where = new QLabel(tr("Panel root: %1\nPlug-in: %2").arg(root, pluginPath), this);
+    where->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_log->setReadOnly(true);
+    // A long session must not grow without bound.
+    m_log->setMaximumBlockCount(5000);
+    m_log->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    auto *openButton = new QPushButton(tr("Show settings window"), this);
+    auto *quitButton = new QPushButton(tr("Quit"), this);
+    connect(openButton, &QPushButton::clicked, this, &ControlWindow::openSettingsRequested);
+    connect(quitButton, &QPushButton::clicked, this, &ControlWindow::quitRequested);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(openButton);
+    buttons->addStretch();
+    buttons->addWidget(quitButton);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(where);
+    layout->addWidget(m_log, 1);
+    layout->addLayout(buttons);
+    resize(520, 420);
+}
+
+void ControlWindow::appendLine(const QString &line)
+{
+    m_log->appendPlainText(QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz  ")) + line);
+}
+
+void ControlWindow::closeEvent(QCloseEvent *event)
+{
+    // Closing the host side ends the simulation, as quitting the runtime
+    // would; the settings window must not outlive it.
+    event->accept();
+    emit quitRequested();
+}

@@ -1,0 +1,30 @@
+#ifndef HEADLESSRUNNER_H
+#define HEADLESSRUNNER_H
+
+#include "simulatoroptions.h"
+
+#include <QProcessEnvironment>
+#include <QSize>
+#include <QString>
+
+// Runs the screenshot pass once per panel size, each in a child process of
+// this program on its own private X server of exactly that size (falling
+// back to Qt's offscreen platform, with a warning, when Xvfb is missing).
+// The child's output goes straight to ours, so every PNG path it prints
+// appears on our stdout.
+class HeadlessRunner
+{
+public:
+    explicit HeadlessRunner(const SimulatorOptions &options);
+
+    int run();   // exit status: 0 when every pass succeeded
+
+private:
+    int runForSize(const QSize &size, bool useXvfb);
+    int runChild(const QStringList &arguments, const QProcessEnvironment &environment);
+    QStringList childArguments(const QSize &size) const;
+
+    SimulatorOptions m_options;
+};
+
+#endif // HEADLESSRUNNER_H

@@ -1,0 +1,55 @@
+#ifndef HOSTSESSION_H
+#define HOSTSESSION_H
+
+#include "registerreader.h"
+
+#include <QObject>
+#include <QDialog>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+
+class CallLogWatcher;
+class FifoWatcher;
+
+// The host application's side of a running settings window: it reads the
+// register and local-area notifications the plug-in sends through the two
+// FIFOs, reports each with the value now stored, reports every command the
+// plug-in ran, and closes and deletes the window when register 86 (window
+// open) goes to 0, as the HMI runtime does.
+class HostSession : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr unsigned WindowOpenRegister = 86;
+
+    explicit HostSession(const QString &root, QObject *parent = nullptr);
+
+    // Opens both FIFOs and starts following the call log.
+    bool start(QString *error);
+    void adoptWindow(QDialog *window);
+    QDialog *window() const { return m_window; }
+    // Reports commands logged since the last poll.
+    void flush();
+
+signals:
+    void logLine(const QString &line);
+    void windowDeleted();
+
+private slots:
+    void onRegisterMessage(const QByteArray &message);
+    void onLocalMessage(const QByteArray &message);
+    void onCommandRan(const QStringList &argv);
+
+private:
+    void closeWindowIfReleased();
+
+    RegisterReader m_registers;
+    FifoWatcher *m_sysreg = nullptr;
+    FifoWatcher *m_localreg = nullptr;
+    CallLogWatcher *m_calls = nullptr;
+    QPointer<QDialog> m_window;
+};
+
+#endif // HOSTSESSION_H

@@ -1,0 +1,47 @@
+#ifndef SCREENSHOTPASS_H
+#define SCREENSHOTPASS_H
+
+#include <QList>
+#include <QObject>
+#include <QPair>
+#include <QSize>
+#include <QString>
+
+class WindowDriver;
+
+// Writes a PNG of the settings window for every page in both languages:
+// <dir>/<W>x<H>/<page>_<lang>.png. Each shot selects the language row and
+// clicks the page button, then waits for the window to settle (timers,
+// style updates) before grabbing it.
+class ScreenshotPass : public QObject
+{
+    Q_OBJECT
+
+public:
+    ScreenshotPass(WindowDriver *driver, const QString &dir, const QSize &panelSize,
+                   QObject *parent = nullptr);
+
+    static QString fileName(const QString &dir, const QSize &panelSize,
+                            const QString &page, const QString &language);
+
+    void start(int settleMs = 500);
+
+signals:
+    void saved(const QString &path);
+    void failed(const QString &error);
+    void finished();
+
+private slots:
+    void prepareNext();
+    void grabCurrent();
+
+private:
+    WindowDriver *m_driver;
+    QString m_dir;
+    QSize m_size;
+    QList<QPair<QString, QString>> m_shots;   // (language, page)
+    int m_next = 0;
+    int m_settleMs = 500;
+};
+
+#endif // SCREENSHOTPASS_H

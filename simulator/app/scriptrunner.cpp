@@ -1,0 +1,109 @@
+#include "scriptrunner.h"
+#include "windowdriver.h"
+
+#include <QDir>
+#include <QTimer>
+
+namespace {
+
+bool parseWait(const QString &step, int *ms)
+{
+    if (!step.startsWith(QLatin1String("wait=")))
+        return false;
+    bool ok = false;
+    const int value = step.mid(5).toInt(&ok);
+    if (ms)
+        *ms = value;
+    return ok && value >= 0 && value <= 600000;
+}
+
+} // namespace
+
+ScriptRunner::ScriptRunner(const QStringList &steps, WindowDriver *driver, QObject *parent)
+    : QObject(parent)
+    , m_steps(steps)
+    , m_driver(driver)
+{
+}
+
+QString ScriptRunner::syntax()
+{
+    return QStringLiteral("general|network|version|zh|en|wait=MS|shot=FILE|close|quit");
+}
+
+bool ScriptRunner::validate(const QStringList &steps, QString *error)
+{
+    if (steps.isEmpty()) {
+        *error = QStringLiteral("the script is empty");
+        return false;
+    }
+    for (const QString &step : steps) {
+        const bool final = step == QLatin1String("close") || step == QLatin1String("quit");
+        if (final && &step != &steps.last()) {
+            *error = QStringLiteral("\"%1\" must be the last step").arg(step);
+            return false;
+        }
+        const bool known = WindowDriver::pageNames().contains(step)
+            || WindowDriver::languageNames().contains(step)
+            || step == QLatin1String("close") || step == QLatin1String("quit")
+            || parseWait(step, nullptr)
+            || (step.startsWith(QLatin1String("shot=")) && step.size() > 5);
+        if (!known) {
+            *error = QStringLiteral("unknown script step \"%1\" (steps: %2)").arg(step, syntax());
+            return false;
+        }
+    }
+    return true;
+}
+
+void ScriptRunner::start(int stepDelayMs)
+{
+    m_stepDelayMs = stepDelayMs;
+    m_next = 0;
+    QTimer::singleShot(m_stepDelayMs, this, &ScriptRunner::runNextStep);
+}
+
+void ScriptRunner::runNextStep()
+{
+    if (m_next >= m_steps.size()) {
+        emit finished();
+        return;
+    }
+    const QString step = m_steps.at(m_next++);
+    int pauseMs = m_stepDelayMs;
+    QString error;
+    if (!runStep(step, &pauseMs, &error)) {
+        emit failed(QStringLiteral("step \"%1\": %2").arg(step, error));
+        return;
+    }
+    // After close or quit the window or the program is on its way out;
+    // the remaining steps would only fail.
+    if (step == QLatin1String("close") || step == QLatin1String("quit"))
+        return;
+    QTimer::singleShot(pauseMs, this, &ScriptRunner::runNextStep);
+}
+
+bool ScriptRunner::runStep(const QString &step, int *pauseMs, QString *error)
+{
+    if (WindowDriver::pageNames().contains(step))
+        return m_driver->showPage(step, error);
+    if (WindowDriver::languageNames().contains(step))
+        return m_driver->selectLanguage(step, error);
+    if (parseWait(step, pauseMs))
+        return true;
+    if (step.startsWith(QLatin1String("shot="))) {
+        const QString file = QDir::current().absoluteFilePath(step.mid(5));
+        if (!m_driver->saveImage(file, error))
+            return false;
+        emit screenshotSaved(file);
+        return true;
+    }
+    if (step == QLatin1String("close")) {
+        if (!m_driver->pressClose(error))
+            return false;
+        emit closePressed();
+        return true;
+    }
+    emit quitRequested();
+    return true;
+}

@@ -1,0 +1,59 @@
+#ifndef SIMULATORAPP_H
+#define SIMULATORAPP_H
+
+#include "panelenvironment.h"
+#include "pluginhost.h"
+#include "simulatoroptions.h"
+#include "windowdriver.h"
+
+#include <QObject>
+#include <QSize>
+#include <QTimer>
+
+class ControlWindow;
+class HostSession;
+class InterruptHandler;
+
+// One simulated panel with one settings window, in this process: builds
+// the panel, loads the plug-in, plays the host side and then, by mode,
+// lets the user work (interactive), plays a script, or runs a screenshot
+// pass. run() returns the exit status.
+class SimulatorApp : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit SimulatorApp(const SimulatorOptions &options, QObject *parent = nullptr);
+    ~SimulatorApp() override;
+
+    int run();
+
+private slots:
+    void report(const QString &line);
+    void openWindow();
+    void onWindowDeleted();
+    void onClosePressed();
+    void onCloseOverdue();
+    void finish(int status);
+    void fail(const QString &error);
+
+private:
+    bool prepare(QString *error);
+    bool createWindow(QString *error);
+    void startMode();
+    void shutDown();
+
+    SimulatorOptions m_options;
+    SimulatorOptions::Mode m_mode;
+    QSize m_size;
+    PanelEnvironment m_panel;
+    PluginHost m_plugin;
+    WindowDriver m_driver;
+    HostSession *m_session = nullptr;
+    ControlWindow *m_control = nullptr;
+    InterruptHandler *m_interrupt = nullptr;
+    QTimer m_closeWatchdog;
+    bool m_finishing = false;
+};
+
+#endif // SIMULATORAPP_H

@@ -1,0 +1,142 @@
+#include "simulatoroptions.h"
+#include "scriptrunner.h"
+
+#include <QCommandLineParser>
+
+#ifndef SIMULATOR_DEFAULT_PLUGIN
+#define SIMULATOR_DEFAULT_PLUGIN "libsettingsplugin.so"
+#endif
+
+QList<QSize> SimulatorOptions::panelSizes()
+{
+    return {QSize(800, 480), QSize(1024, 600), QSize(1280, 800), QSize(1920, 1080)};
+}
+
+QString SimulatorOptions::sizeName(const QSize &size)
+{
+    return QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+}
+
+bool SimulatorOptions::hasDisplay()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+SimulatorOptions::Mode SimulatorOptions::mode() const
+{
+    if (screenshotPass)
+        return Mode::ScreenshotPass;
+    if (screenshotsGiven)
+        return Mode::Screenshots;
+    if (!script.isEmpty())
+        return Mode::Script;
+    return hasDisplay() ? Mode::Interactive : Mode::Screenshots;
+}
+
+bool SimulatorOptions::parseSize(const QString &text)
+{
+    if (text == QLatin1String("all")) {
+        sizes = panelSizes();
+        return true;
+    }
+    for (const QSize &size : panelSizes()) {
+        if (sizeName(size) == text) {
+            sizes = {size};
+            return true;
+        }
+    }
+    QStringList names;
+    for (const QSize &size : panelSizes())
+        names << sizeName(size);
+    m_error = QStringLiteral("unknown panel size \"%1\" (sizes: %2, all)").arg(text, names.join(QStringLiteral(", ")));
+    return false;
+}
+
+namespace {
+
+void declareOptions(QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(QStringLiteral(
+        "Runs the settings plug-in on a simulated panel, playing the HMI runtime's side:\n"
+        "register notifications, commands the plug-in runs, closing on register 86.\n"
+        "Without a display (or with --screenshots) it writes a PNG of every page in\n"
+        "both languages under <dir>/<W>x<H>/ and prints each path."));
+    QCommandLineOption pass(QLatin1String(SimulatorOptions::PassOption),
+                            QStringLiteral("Internal: one screenshot pass in this process."));
+    pass.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOptions({
+        {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")},
+        {QStringLiteral("plugin"), QStringLiteral("The plug-in library to load (default: the build tree's)."),
+         QStringLiteral("path"), QStringLiteral(SIMULATOR_DEFAULT_PLUGIN)},
+        {QStringLiteral("size"),
+         QStringLiteral("Panel size: 800x480 (default), 1024x600, 1280x800, 1920x1080, or all (screenshots only)."),
+         QStringLiteral("WxH"), QStringLiteral("800x480")},
+        {QStringLiteral("keep-root"), QStringLiteral("Keep the simulated panel folder and print its path.")},
+        {QStringLiteral("stay"), QStringLiteral("Keep running after the window was closed through register 86.")},
+        {QStringLiteral("screenshots"), QStringLiteral("Write the screenshots into dir (default ./screenshots)."),
+         QStringLiteral("dir")},
+        {QStringLiteral("script"), QStringLiteral("Play comma-separated steps: %1.").arg(ScriptRunner::syntax()),
+         QStringLiteral("steps")},
+        pass,
+    });
+}
+
+} // namespace
+
+QString SimulatorOptions::helpText()
+{
+    QCommandLineParser parser;
+    declareOptions(parser);
+    return parser.helpText();
+}
+
+SimulatorOptions::Parse SimulatorOptions::parse(const QStringList &arguments)
+{
+    QCommandLineParser parser;
+    declareOptions(parser);
+    if (!parser.parse(arguments)) {
+        m_error = parser.errorText();
+        return Parse::Error;
+    }
+    if (parser.isSet(QStringLiteral("help")))
+        return Parse::Help;
+    if (!parser.positionalArguments().isEmpty()) {
+        m_error = QStringLiteral("unexpected argument \"%1\"").arg(parser.positionalArguments().first());
+        return Parse::Error;
+    }
+    pluginPath = parser.value(QStringLiteral("plugin"));
+    keepRoot = parser.isSet(QStringLiteral("keep-root"));
+    stay = parser.isSet(QStringLiteral("stay"));
+    screenshotsGiven = parser.isSet(QStringLiteral("screenshots"));
+    if (screenshotsGiven)
+        screenshotDir = parser.value(QStringLiteral("screenshots"));
+    screenshotPass = parser.isSet(QLatin1String(PassOption));
+    const bool scripted = parser.isSet(QStringLiteral("script"));
+    if (scripted)
+        script = parser.value(QStringLiteral("script")).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    if (!parseSize(parser.value(QStringLiteral("size"))))
+        return Parse::Error;
+    if (scripted && !ScriptRunner::validate(script, &m_error))
+        return Parse::Error;
+    return check() ? Parse::Run : Parse::Error;
+}
+
+bool SimulatorOptions::check()
+{
+    if (!script.isEmpty() && screenshotsGiven) {
+        m_error = QStringLiteral("--script and --screenshots do not go together (use shot=FILE steps)");
+        return false;
+    }
+    const Mode running = mode();
+    const bool oneWindow = running == Mode::Interactive || running == Mode::Script
+        || running == Mode::ScreenshotPass;
+    if (oneWindow && sizes.size() != 1) {
+        m_error = QStringLiteral("--size all is only for screenshots");
+        return false;
+    }
+    if (screenshotDir.isEmpty()) {
+        m_error = QStringLiteral("--screenshots needs a folder");
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,51 @@
+#ifndef SIMULATOROPTIONS_H
+#define SIMULATOROPTIONS_H
+
+#include <QList>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+// The simulator's command line, checked as a whole before anything runs so
+// that the rest of the program never sees a malformed size or script.
+class SimulatorOptions
+{
+public:
+    enum class Parse { Run, Help, Error };
+    // How this process runs; see mode().
+    enum class Mode {
+        Interactive,     // windows on the user's display, log in a side window
+        Script,          // --script: play steps, log on stdout
+        Screenshots,     // orchestrate screenshot passes under private X servers
+        ScreenshotPass,  // internal: one pass for one size in this process
+    };
+
+    Parse parse(const QStringList &arguments);
+    QString errorString() const { return m_error; }
+    // Needs the application object (it names the program).
+    static QString helpText();
+    Mode mode() const;
+
+    static QList<QSize> panelSizes();
+    static QString sizeName(const QSize &size);     // "800x480"
+    static bool hasDisplay();                        // DISPLAY or WAYLAND_DISPLAY
+
+    QString pluginPath;
+    QList<QSize> sizes;           // one size, or all four with "--size all"
+    bool keepRoot = false;
+    bool stay = false;
+    bool screenshotsGiven = false;
+    QString screenshotDir = QStringLiteral("screenshots");
+    bool screenshotPass = false;
+    QStringList script;
+
+    static constexpr const char *PassOption = "screenshot-pass";
+
+private:
+    bool parseSize(const QString &text);
+    bool check();
+
+    QString m_error;
+};
+
+#endif // SIMULATOROPTIONS_H

@@ -1,0 +1,100 @@
+#include "windowdriver.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QDir>
+#include <QFileInfo>
+#include <QPixmap>
+#include <QPushButton>
+
+WindowDriver::WindowDriver(QDialog *window)
+    : m_window(window)
+{
+}
+
+QStringList WindowDriver::pageNames()
+{
+    return {QStringLiteral("general"), QStringLiteral("network"), QStringLiteral("version")};
+}
+
+QStringList WindowDriver::languageNames()
+{
+    return {QStringLiteral("zh"), QStringLiteral("en")};
+}
+
+QWidget *WindowDriver::child(const char *className, const QString &objectName, QString *error) const
+{
+    if (!m_window) {
+        *error = QStringLiteral("the settings window is gone");
+        return nullptr;
+    }
+    QWidget *widget = m_window->findChild<QWidget *>(objectName);
+    if (!widget || !widget->inherits(className)) {
+        *error = QStringLiteral("the settings window has no %1 \"%2\"")
+                     .arg(QLatin1String(className), objectName);
+        return nullptr;
+    }
+    return widget;
+}
+
+bool WindowDriver::showPage(const QString &page, QString *error)
+{
+    if (!pageNames().contains(page)) {
+        *error = QStringLiteral("unknown page \"%1\"").arg(page);
+        return false;
+    }
+    auto *button = static_cast<QPushButton *>(
+        child("QPushButton", page + QStringLiteral("PushButton"), error));
+    if (!button)
+        return false;
+    button->click();
+    return true;
+}
+
+bool WindowDriver::selectLanguage(const QString &language, QString *error)
+{
+    const int row = languageNames().indexOf(language);
+    if (row < 0) {
+        *error = QStringLiteral("unknown language \"%1\"").arg(language);
+        return false;
+    }
+    auto *combo = static_cast<QComboBox *>(child("QComboBox", QStringLiteral("comboBox"), error));
+    if (!combo)
+        return false;
+    if (row >= combo->count()) {
+        *error = QStringLiteral("the language list has %1 rows, row %2 wanted").arg(combo->count()).arg(row);
+        return false;
+    }
+    combo->setCurrentIndex(row);
+    return true;
+}
+
+bool WindowDriver::pressClose(QString *error)
+{
+    auto *button = static_cast<QPushButton *>(
+        child("QPushButton", QStringLiteral("closePushButton"), error));
+    if (!button)
+        return false;
+    // click() works on a hidden button too: a panel that locks the window
+    // open hides the button, and the host side must still be testable.
+    button->click();
+    return true;
+}
+
+bool WindowDriver::saveImage(const QString &file, QString *error)
+{
+    if (!m_window) {
+        *error = QStringLiteral("the settings window is gone");
+        return false;
+    }
+    if (!QDir().mkpath(QFileInfo(file).absolutePath())) {
+        *error = QStringLiteral("cannot create the folder of %1").arg(file);
+        return false;
+    }
+    const QPixmap pixmap = m_window->grab();
+    if (pixmap.isNull() || !pixmap.save(file, "PNG")) {
+        *error = QStringLiteral("cannot write %1").arg(file);
+        return false;
+    }
+    return true;
+}
