@@ -1,0 +1,69 @@
+#ifndef EEINFOHANDLE_H
+#define EEINFOHANDLE_H
+
+#include "eeinfodetail.h"
+#include "plateforminterface.h"
+
+#include <QString>
+#include <string>
+
+class QFile;
+
+// The process's one door to the device-information image and to the
+// firmware and network commands behind the settings pages. GUI thread only:
+// the image buffer is shared by every call and has no lock.
+class EEInfoHandle
+{
+public:
+    static EEInfoHandle *instance();     // created on first use, never destroyed
+
+    // Each read runs the image tool once and copies one record out of the
+    // fresh image. A null pointer runs nothing.
+    void read_flash_wr1_info(EEInfoDetail::Flash_WR_1 *record);
+    void read_flash_r_info(EEInfoDetail::Flash_ROnly *record);
+    void read_flash_wr2_info(EEInfoDetail::Flash_WR_2 *record);
+    // Read-modify-write of the whole image, so bytes other programs changed
+    // since our last read survive. A null pointer runs nothing.
+    void write_flash_wr1_info(EEInfoDetail::Flash_WR_1 *record);
+    void write_flash_wr2_info(EEInfoDetail::Flash_WR_2 *record);
+
+    int getbright();                     // 0 when the tool printed nothing
+    int setBright(int level);
+    int setBeep(bool longBeep);
+    int setmpi(const char *text);        // always 32 bytes to the tool
+    int setserial(const char *text);
+    void readLogo(const std::string &path);
+    void setLogo(const std::string &path);
+
+    // Network commands; each returns the status of the "sync" that follows.
+    int setIP(int adapter, std::string address);
+    int setMask(int adapter, std::string mask);
+    int setGateway(int adapter, std::string gateway);   // adapter unused
+    int enableNetwork(int adapter);
+    int disableNetwork(int adapter);
+
+    int reboot();
+    int isusbslave();                    // 1 when the tool answers "plug-in\n"
+
+    // Puts "nameserver <server> # eth<adapter>" in the resolver file at the
+    // adapter's first (which = 0) or backup (1) position.
+    void setDNSToSys(int adapter, int which, QString server);
+    void replaceDns(QFile &file, int adapter, int which, QString server);
+
+    // The largest boot logo the firmware takes.
+    static constexpr long MaxLogoSize = 6L * 1024 * 1024;
+
+private:
+    EEInfoHandle();
+    EEInfoHandle(const EEInfoHandle &) = delete;
+    EEInfoHandle &operator=(const EEInfoHandle &) = delete;
+
+    void readImage();
+    void writeImage();
+    int writeText(const char *command, const char *text);
+
+    unsigned char m_image[EEInfoDetail::ImageSize];
+    PlateformInterface m_platform;
+};
+
+#endif // EEINFOHANDLE_H
