@@ -9,6 +9,8 @@
 #include <QCoreApplication>
 #include <QDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QScreen>
 
 #include <cstdio>
 
@@ -77,6 +79,11 @@ bool SimulatorApp::prepare(QString *error)
         m_control = new ControlWindow(m_panel.root(), QFileInfo(m_options.pluginPath).absoluteFilePath());
         connect(m_control, &ControlWindow::openSettingsRequested, this, &SimulatorApp::openWindow);
         connect(m_control, &ControlWindow::quitRequested, this, [this]() { finish(0); });
+        // Beside the settings window (which sits at the top left) when the
+        // screen has room, so neither hides the other.
+        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+        if (screen.width() >= m_size.width() + m_control->width())
+            m_control->move(screen.left() + m_size.width(), screen.top());
         m_control->show();
     }
     return m_plugin.load(error);
@@ -181,12 +188,11 @@ void SimulatorApp::shutDown()
 {
     m_finishing = true;
     m_closeWatchdog.stop();
-    if (m_session) {
-        m_session->flush();
-        m_session->disconnect(this);
-    }
-    // The window goes before the plug-in and the panel folder it uses.
+    // The window goes before the plug-in and the panel folder it uses;
+    // what it ran on its way out is still reported.
     delete m_driver.window();
+    if (m_session)
+        m_session->flush();
     delete m_control;
     m_control = nullptr;
 }

@@ -1,0 +1,231 @@
+#include "testharness.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QProcess>
+#include <QSet>
+#include <QSize>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace {
+
+const QStringList kPages = {QStringLiteral("general"), QStringLiteral("network"), QStringLiteral("version")};
+const QStringList kLanguages = {QStringLiteral("zh"), QStringLiteral("en")};
+
+struct Run {
+    bool finished = false;
+    int exitCode = -1;
+    QStringList out;     // stdout lines
+    QString err;
+};
+
+// Runs the simulator without a display, so it takes its headless paths.
+Run runSimulator(const QStringList &arguments, int timeoutMs)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("DISPLAY"));
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), arguments);
+    Run run;
+    run.finished = process.waitForFinished(timeoutMs);
+    if (!run.finished) {
+        process.kill();
+        process.waitForFinished(5000);
+    }
+    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    run.out = QString::fromLocal8Bit(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    run.err = QString::fromLocal8Bit(process.readAllStandardError());
+    return run;
+}
+
+QString describe(const Run &run)
+{
+    return QStringLiteral("exit %1\n--- stdout\n%2\n--- stderr\n%3")
+        .arg(run.exitCode).arg(run.out.join(QLatin1Char('\n')), run.err);
+}
+
+// A picture with a handful of colours at most is a blank or failed grab.
+int distinctColours(const QImage &image)
+{
+    QSet<QRgb> colours;
+    for (int y = 0; y < image.height(); y += 4) {
+        for (int x = 0; x < image.width(); x += 4)
+            colours.insert(image.pixel(x, y));
+    }
+    return colours.size();
+}
+
+QStringList pngLines(const QStringList &lines)
+{
+    QStringList paths;
+    for (const QString &line : lines) {
+        if (line.endsWith(QLatin1String(".png")))
+            paths << line;
+    }
+    return paths;
+}
+
+int indexOfLine(const QStringList &lines, const QString &text, int from = 0)
+{
+    for (int i = from; i < lines.size(); ++i) {
+        if (lines.at(i) == text)
+            return i;
+    }
+    return -1;
+}
+
+} // namespace
+
+class TestSimulator : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void screenshotsOfDefaultSize();
+    void screenshotsOfAllSizes();
+    void closeButtonDeletesWindowThroughRegister86();
+    void languageChangesAreReported();
+    void commandsOfThePluginAreReported();
+    void rejectsBadArguments();
+    void reportsMissingPlugin();
+
+private:
+    void checkScreenshots(const QString &dir, const QList<QSize> &sizes, const QStringList &printed);
+};
+
+void TestSimulator::initTestCase()
+{
+    QVERIFY2(QFileInfo(QStringLiteral(PANEL_SIMULATOR_PATH)).isExecutable(), PANEL_SIMULATOR_PATH);
+}
+
+void TestSimulator::checkScreenshots(const QString &dir, const QList<QSize> &sizes,
+                                     const QStringList &printed)
+{
+    QStringList expected;
+    for (const QSize &size : sizes) {
+        const QString sizeDir = QStringLiteral("%1/%2x%3").arg(dir).arg(size.width()).arg(size.height());
+        QHash<QString, QImage> images;
+        for (const QString &language : kLanguages) {
+            for (const QString &page : kPages) {
+                const QString file = QStringLiteral("%1/%2_%3.png").arg(sizeDir, page, language);
+                expected << file;
+                QVERIFY2(printed.contains(file), qPrintable(file + QStringLiteral(" not printed")));
+                QVERIFY2(QFileInfo(file).size() > 0, qPrintable(file));
+                const QImage image(file);
+                QVERIFY2(!image.isNull(), qPrintable(file));
+                QCOMPARE(image.size(), size);
+                QVERIFY2(distinctColours(image) >= 8, qPrintable(file + QStringLiteral(" is nearly uniform")));
+                images.insert(page + language, image);
+            }
+        }
+        // Each click and each language must have shown something else.
+        for (const QString &page : kPages) {
+            QVERIFY2(images.value(page + QStringLiteral("zh")) != images.value(page + QStringLiteral("en")),
+                     qPrintable(page + QStringLiteral(": Chinese and English look the same")));
+        }
+        for (const QString &language : kLanguages) {
+            QVERIFY(images.value(QStringLiteral("general") + language) != images.value(QStringLiteral("network") + language));
+            QVERIFY(images.value(QStringLiteral("network") + language) != images.value(QStringLiteral("version") + language));
+        }
+    }
+    QCOMPARE(printed.size(), expected.size());
+}
+
+void TestSimulator::screenshotsOfDefaultSize()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString shots = QDir(dir.path()).absoluteFilePath(QStringLiteral("shots"));
+    const Run run = runSimulator({QStringLiteral("--screenshots"), shots}, 120000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    checkScreenshots(shots, {QSize(800, 480)}, pngLines(run.out));
+}
+
+void TestSimulator::screenshotsOfAllSizes()
+{
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const Run run = runSimulator({QStringLiteral("--screenshots"), dir.path(), QStringLiteral("--size"),
+                                  QStringLiteral("all")}, 300000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    checkScreenshots(QFileInfo(dir.path()).absoluteFilePath(),
+                     {QSize(800, 480), QSize(1024, 600), QSize(1280, 800), QSize(1920, 1080)},
+                     pngLines(run.out));
+}
+
+void TestSimulator::closeButtonDeletesWindowThroughRegister86()
+{
+    const Run run = runSimulator({QStringLiteral("--script"), QStringLiteral("close")}, 60000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    const int pressed = indexOfLine(run.out, QStringLiteral("close button pressed"));
+    const int released = indexOfLine(run.out, QStringLiteral("register 86 = 0"), pressed);
+    const int deleted = indexOfLine(run.out, QStringLiteral("settings window deleted"), released);
+    QVERIFY2(pressed >= 0 && released > pressed && deleted > released, qPrintable(describe(run)));
+}
+
+void TestSimulator::languageChangesAreReported()
+{
+    const Run run = runSimulator({QStringLiteral("--script"), QStringLiteral("en,zh,quit")}, 60000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    const int english = indexOfLine(run.out, QStringLiteral("register 20 = 1"));
+    const int chinese = indexOfLine(run.out, QStringLiteral("register 20 = 0"), english);
+    QVERIFY2(english >= 0 && chinese > english, qPrintable(describe(run)));
+}
+
+void TestSimulator::commandsOfThePluginAreReported()
+{
+    const Run run = runSimulator({QStringLiteral("--keep-root"), QStringLiteral("--script"),
+                                  QStringLiteral("network,general,quit")}, 60000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    const QStringList roots = run.out.filter(QRegularExpression(QStringLiteral("^panel root: ")));
+    QCOMPARE(roots.size(), 1);
+    QDir root(roots.first().mid(QStringLiteral("panel root: ").size()));
+    QVERIFY2(root.exists(QStringLiteral("tmp/smb.dat")), qPrintable(root.path()));
+    const QString log = root.filePath(QStringLiteral("sim/calls.log"));
+    QFile file(log);
+    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(log));
+    QList<QByteArray> logged = file.readAll().split('\n');
+    logged.removeAll(QByteArray());
+    file.close();
+    root.removeRecursively();
+
+    // Reported in the log's order; a background command may still have
+    // been writing to the log after the simulator's last look at it.
+    const QStringList reported = run.out.filter(QRegularExpression(QStringLiteral("^ran: ")));
+    QVERIFY2(!reported.isEmpty(), qPrintable(describe(run)));
+    QVERIFY(reported.size() <= logged.size());
+    for (int i = 0; i < reported.size(); ++i) {
+        const QString tool = QString::fromLocal8Bit(logged.at(i).split('\t').first());
+        QVERIFY2(reported.at(i).startsWith(QStringLiteral("ran: ") + tool),
+                 qPrintable(reported.at(i) + QStringLiteral(" / ") + tool));
+    }
+}
+
+void TestSimulator::rejectsBadArguments()
+{
+    for (const QStringList &arguments : {QStringList{QStringLiteral("--size"), QStringLiteral("640x480")},
+                                         QStringList{QStringLiteral("--script"), QStringLiteral("dance")},
+                                         QStringList{QStringLiteral("--script"), QStringLiteral("close,en")},
+                                         QStringList{QStringLiteral("--size"), QStringLiteral("all"),
+                                                     QStringLiteral("--script"), QStringLiteral("quit")}}) {
+        const Run run = runSimulator(arguments, 30000);
+        QVERIFY2(run.finished && run.exitCode == 2, qPrintable(arguments.join(QLatin1Char(' ')) + describe(run)));
+    }
+}
+
+void TestSimulator::reportsMissingPlugin()
+{
+    const Run run = runSimulator({QStringLiteral("--plugin"), QStringLiteral("/nonexistent/libsettingsplugin.so"),
+                                  QStringLiteral("--script"), QStringLiteral("quit")}, 30000);
+    QVERIFY2(run.finished && run.exitCode == 1, qPrintable(describe(run)));
+    QVERIFY2(run.err.contains(QStringLiteral("no plug-in at /nonexistent/libsettingsplugin.so")), qPrintable(run.err));
+}
+
+PANEL_TEST_MAIN(TestSimulator)
+#include "tst_simulator.moc"
