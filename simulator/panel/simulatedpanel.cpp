@@ -53,7 +53,9 @@ const char LanguageFile[] =
     "    ]\n"
     "}\n";
 
-const char SettingsFile[] = "[General]\nbuzzer=on\n";
+// QSettings keeps a group named "General" as "[%General]": a plain
+// "[General]" section holds top-level keys.
+const char SettingsFile[] = "[%General]\nbuzzer=on\n";
 
 const char ResolverFile[] =
     "nameserver 114.114.114.114 # eth0\n"

@@ -30,22 +30,22 @@ void TestLanguageList::parse_data()
     QTest::addColumn<int>("defaultLanguage");
 
     QTest::newRow("panel default")
-        << QByteArray(R"({"defaultLange":1,"lange":[{"id":0,"name":"Chinese(Simplified Han)"},
-                          {"id":1,"name":"English(Latin)"}]})")
+        << QByteArray(R"J({"defaultLange":1,"lange":[{"id":0,"name":"Chinese(Simplified Han)"},
+                          {"id":1,"name":"English(Latin)"}]})J")
         << Entries{{0, "Chinese(Simplified Han)"}, {1, "English(Latin)"}} << 1;
     QTest::newRow("three languages")
-        << QByteArray(R"({"l":[{"id":0,"name":"Chinese(Simplified Han)"},{"id":1,"name":"English(Latin)"},
-                          {"id":2,"name":"Deutsch"}]})")
+        << QByteArray(R"J({"l":[{"id":0,"name":"Chinese(Simplified Han)"},{"id":1,"name":"English(Latin)"},
+                          {"id":2,"name":"Deutsch"}]})J")
         << Entries{{0, "Chinese(Simplified Han)"}, {1, "English(Latin)"}, {2, "Deutsch"}} << 0;
     QTest::newRow("other letter case is ignored")
-        << QByteArray(R"({"l":[{"ID":5,"name":"Deutsch"},{"id":3,"Name":"Français"}]})")
+        << QByteArray(R"J({"l":[{"ID":5,"name":"Deutsch"},{"id":3,"Name":"Français"}]})J")
         << Entries{{0, "Deutsch"}, {3, QString()}} << 0;
     QTest::newRow("every array, in key order")
-        << QByteArray(R"({"b":[{"id":2,"name":"B"}],"a":[{"id":1,"name":"A"}],"x":5})")
+        << QByteArray(R"J({"b":[{"id":2,"name":"B"}],"a":[{"id":1,"name":"A"}],"x":5})J")
         << Entries{{1, "A"}, {2, "B"}} << 0;
     QTest::newRow("elements that are not objects")
-        << QByteArray(R"({"l":[1,"two",[3],{"id":4,"name":"Four"},null]})") << Entries{{4, "Four"}} << 0;
-    QTest::newRow("no arrays at all") << QByteArray(R"({"defaultLange":2})") << Entries{} << 2;
+        << QByteArray(R"J({"l":[1,"two",[3],{"id":4,"name":"Four"},null]})J") << Entries{{4, "Four"}} << 0;
+    QTest::newRow("no arrays at all") << QByteArray(R"J({"defaultLange":2})J") << Entries{} << 2;
 }
 
 void TestLanguageList::parse()

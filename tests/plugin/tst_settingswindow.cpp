@@ -31,7 +31,8 @@ QDialog *openWindow()
         return nullptr;
     QDialog *window = plugin->createInstance();
     window->show();
-    QTest::qWaitForWindowExposed(window);
+    if (!QTest::qWaitForWindowExposed(window))
+        qWarning("settings window never exposed");
     return window;
 }
 
@@ -76,8 +77,8 @@ QByteArray languageFile(const QByteArray &entries)
     return "{\"defaultLange\":0,\"lange\":[" + entries + "]}";
 }
 
-const QByteArray ThreeLanguages = languageFile(R"({"id":0,"name":"Chinese(Simplified Han)"},
-    {"id":1,"name":"English(Latin)"},{"id":2,"name":"Deutsch"})");
+const QByteArray ThreeLanguages = languageFile(R"J({"id":0,"name":"Chinese(Simplified Han)"},
+    {"id":1,"name":"English(Latin)"},{"id":2,"name":"Deutsch"})J");
 
 } // namespace
 
@@ -194,7 +195,7 @@ void TestSettingsWindow::clickingTheShownPageChangesNothing()
         for (QPushButton *b : window->findChildren<QPushButton *>())
             all << b->objectName() + b->styleSheet();
         for (QLabel *l : window->findChildren<QLabel *>())
-            all << l->styleSheet() + QString::number(l->pixmap() ? l->pixmap()->cacheKey() : 0);
+            all << l->styleSheet() + QString::number(l->pixmap(Qt::ReturnByValue).cacheKey());
         return all;
     };
     const QStringList before = styles();
@@ -228,13 +229,16 @@ void TestSettingsWindow::keyClickOnlyWhenBuzzerReadsOn_data()
 {
     QTest::addColumn<QByteArray>("ini");
     QTest::addColumn<int>("beeps");
-    QTest::newRow("on") << QByteArray("[General]\nbuzzer=on\n") << 1;
-    QTest::newRow("off") << QByteArray("[General]\nbuzzer=off\n") << 0;
-    QTest::newRow("On") << QByteArray("[General]\nbuzzer=On\n") << 0;
-    QTest::newRow("ON") << QByteArray("[General]\nbuzzer=ON\n") << 0;
-    QTest::newRow("true") << QByteArray("[General]\nbuzzer=true\n") << 0;
-    QTest::newRow("1") << QByteArray("[General]\nbuzzer=1\n") << 0;
-    QTest::newRow("missing key") << QByteArray("[General]\n") << 0;
+    // QSettings keeps the "General" group as "[%General]".
+    QTest::newRow("on") << QByteArray("[%General]\nbuzzer=on\n") << 1;
+    QTest::newRow("off") << QByteArray("[%General]\nbuzzer=off\n") << 0;
+    QTest::newRow("On") << QByteArray("[%General]\nbuzzer=On\n") << 0;
+    QTest::newRow("ON") << QByteArray("[%General]\nbuzzer=ON\n") << 0;
+    QTest::newRow("true") << QByteArray("[%General]\nbuzzer=true\n") << 0;
+    QTest::newRow("1") << QByteArray("[%General]\nbuzzer=1\n") << 0;
+    QTest::newRow("missing key") << QByteArray("[%General]\n") << 0;
+    QTest::newRow("top-level key") << QByteArray("[General]\nbuzzer=on\n") << 0;
+    QTest::newRow("no file") << QByteArray() << 0;
     QTest::newRow("other group") << QByteArray("[Network0]\nbuzzer=on\n") << 0;
 }
 
