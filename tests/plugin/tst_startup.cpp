@@ -1,0 +1,71 @@
+// What opening the settings window costs the host: time to the first
+// painted frame and the programs it starts on the way.
+#include "settingsinterface.h"
+#include "testharness.h"
+#include "testpanel.h"
+
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QPluginLoader>
+#include <QtTest>
+
+namespace {
+
+class FirstPaint : public QObject
+{
+public:
+    qint64 at = -1;
+    const QElapsedTimer *clock = nullptr;
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && at < 0)
+            at = clock->nsecsElapsed() / 1000;
+        return false;
+    }
+};
+
+} // namespace
+
+class TestStartup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void openingCost();
+};
+
+void TestStartup::openingCost()
+{
+    TestPanel panel;
+    QPluginLoader loader(QString::fromLocal8Bit(SETTINGS_PLUGIN_PATH));
+    auto *plugin = qobject_cast<SettingsInterface *>(loader.instance());
+    QVERIFY(plugin);
+    {
+        // The first window pays for loading fonts and styles once per process.
+        QScopedPointer<QDialog> warmUp(plugin->createInstance());
+    }
+    panel.clearCalls();
+
+    QElapsedTimer clock;
+    FirstPaint paint;
+    paint.clock = &clock;
+    clock.start();
+    QScopedPointer<QDialog> window(plugin->createInstance());
+    const qint64 created = clock.nsecsElapsed() / 1000;
+    window->installEventFilter(&paint);
+    window->show();
+    QTRY_VERIFY_WITH_TIMEOUT(paint.at >= 0, 5000);
+
+    // The device image is read once for each of the three records, and
+    // nothing else is started while the window opens.
+    const QList<QStringList> calls = panel.calls();
+    QCOMPARE(calls.size(), 3);
+    for (const QStringList &call : calls)
+        QCOMPARE(call, QStringList{"readee"});
+    qInfo("createInstance: %lld us; first painted frame: %lld us; programs started: %d",
+          created, paint.at, int(calls.size()));
+    QVERIFY2(paint.at < 2000000, "the window took more than two seconds to paint");
+}
+
+PANEL_GUI_TEST_MAIN(TestStartup)
+#include "tst_startup.moc"
