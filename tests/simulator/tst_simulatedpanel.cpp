@@ -5,6 +5,7 @@
 #include "testpanel.h"
 
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <QtTest>
 
 #include <cstdlib>
@@ -23,6 +24,7 @@ private slots:
     void firmwareKeepsImageAndBrightness();
     void fifoReaderCollectsMessages();
     void rootIsRestoredAfterwards();
+    void guardNoticesEscapingTools();
 };
 
 void TestSimulatedPanel::registerFilesCoverEveryArea_data()
@@ -119,6 +121,23 @@ void TestSimulatedPanel::rootIsRestoredAfterwards()
         QCOMPARE(qgetenv("PANEL_ROOT"), QFile::encodeName(panel.root()));
     }
     QVERIFY(qgetenv("PANEL_ROOT").isEmpty());
+}
+
+void TestSimulatedPanel::guardNoticesEscapingTools()
+{
+    const QByteArray path = qgetenv("PATH");
+    const QString fakes = QFileInfo(QStandardPaths::findExecutable("reboot")).absolutePath();
+    QCOMPARE(TestHarness::escapingTool(fakes), QString());
+
+    // Without the stand-ins in front, the guard must refuse.
+    QByteArray bare = path;
+    bare.replace(QFile::encodeName(fakes) + ':', QByteArray());
+    qputenv("PATH", bare);
+    const QString escaped = TestHarness::escapingTool(fakes);
+    qputenv("PATH", path);
+    QVERIFY(!escaped.isEmpty());
+    QVERIFY2(escaped.contains("would reach the real tool") || escaped.contains("/bin/sh"), qPrintable(escaped));
+    QCOMPARE(TestHarness::escapingTool(fakes), QString());
 }
 
 PANEL_TEST_MAIN(TestSimulatedPanel)

@@ -38,18 +38,22 @@ TestHarness::TestHarness()
     qputenv("PATH", QFile::encodeName(m_dir.path()) + ':' + qgetenv("PATH"));
     qunsetenv("PANEL_ROOT");
 
+    m_error = escapingTool(m_dir.path());
+    if (!m_error.isEmpty())
+        return;
+    m_ready = true;
+}
+
+QString TestHarness::escapingTool(const QString &fakeDir)
+{
     const QStringList tools = SimulatedPanel::hostToolNames();
     const QStringList fromShell = shellResolution(tools);
-    if (fromShell.size() != tools.size()) {
-        m_error = QStringLiteral("could not ask /bin/sh where the system tools are");
-        return;
-    }
+    if (fromShell.size() != tools.size())
+        return QStringLiteral("could not ask /bin/sh where the system tools are");
     for (int i = 0; i < tools.size(); ++i) {
         const QString fromQt = QStandardPaths::findExecutable(tools.at(i));
-        if (!insideFakes(fromQt, m_dir.path()) || !insideFakes(fromShell.at(i), m_dir.path())) {
-            m_error = QStringLiteral("'%1' would reach the real tool (%2)").arg(tools.at(i), fromShell.at(i));
-            return;
-        }
+        if (!insideFakes(fromQt, fakeDir) || !insideFakes(fromShell.at(i), fakeDir))
+            return QStringLiteral("'%1' would reach the real tool (%2)").arg(tools.at(i), fromShell.at(i));
     }
-    m_ready = true;
+    return QString();
 }

@@ -23,6 +23,10 @@ public:
     QString errorString() const { return m_error; }
     QString fakeDir() const { return m_dir.path(); }
 
+    // Empty when every guarded tool resolves into fakeDir under the current
+    // PATH, for Qt and for /bin/sh alike; otherwise what would escape.
+    static QString escapingTool(const QString &fakeDir);
+
 private:
     QTemporaryDir m_dir;
     bool m_ready = false;
