@@ -35,6 +35,8 @@ constexpr int CloseButtonSize = 40;
 constexpr int CloseButtonRightInset = 55;
 constexpr int CloseButtonTop = 15;
 constexpr int WideScreenWidth = 1920;
+constexpr int MinTitleBarHeight = 60;
+constexpr int MinButtonBarWidth = 150;
 
 const char ComboViewStyle[] =
     "QComboBox QAbstractItemView::item{height:35px; text-align: center;}\n"
@@ -62,6 +64,9 @@ Settings::Settings(QWidget *parent)
     qRegisterMetaType<Settings::Language>("Settings::Language");
     qRegisterMetaType<Settings::FlashWR1DataType>("Settings::FlashWR1DataType");
     ui->setupUi(this);
+    // The title bar carries the window's own close button, which tells the
+    // host through register 86; a frame's close button would bypass that.
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
     readDataFromEE();
     m_screenWidth = QGuiApplication::primaryScreen()->geometry().width();
     adjustWgtSize();
@@ -118,7 +123,13 @@ QSize Settings::languageBoxSize(const QSize &screen)
 
 void Settings::adjustWgtSize()
 {
-    ui->comboBox->setFixedSize(languageBoxSize(QGuiApplication::primaryScreen()->geometry().size()));
+    const QSize screen = QGuiApplication::primaryScreen()->geometry().size();
+    ui->comboBox->setFixedSize(languageBoxSize(screen));
+    // The window is the whole panel: the close button sits at the screen's
+    // right edge, and the bars grow with the larger panels.
+    resize(screen);
+    ui->widget->setFixedHeight(qMax(MinTitleBarHeight, screen.height() * 2 / 25));
+    ui->buttonBarFrame->setFixedWidth(qMax(MinButtonBarWidth, screen.width() / 8));
 }
 
 QFont Settings::applicationFont(int weight, int pointSize) const

@@ -34,6 +34,7 @@ private slots:
     void languageBoxSize_data();
     void languageBoxSize();
     void languageBoxFollowsTheScreen();
+    void windowCoversThePanel();
     void draggedDialogTriggersRepaint();
     void noRepaintWithoutDrag();
 };
@@ -64,6 +65,20 @@ void TestSettingsInternal::languageBoxFollowsTheScreen()
     QWidget *box = window.findChild<QWidget *>("comboBox");
     QCOMPARE(box->minimumSize(), expected);
     QCOMPARE(box->maximumSize(), expected);
+}
+
+void TestSettingsInternal::windowCoversThePanel()
+{
+    TestPanel panel;
+    Settings window;
+    window.init();
+    const QSize screen = QGuiApplication::primaryScreen()->geometry().size();
+    QCOMPARE(window.size(), screen);
+    QVERIFY(window.windowFlags() & Qt::FramelessWindowHint);
+    // The close button sits at the panel's right edge, inside the title bar.
+    QWidget *close = window.findChild<QWidget *>("closePushButton");
+    QCOMPARE(close->pos(), QPoint(screen.width() - 55, 15));
+    QCOMPARE(close->size(), QSize(40, 40));
 }
 
 void TestSettingsInternal::draggedDialogTriggersRepaint()
