@@ -28,7 +28,7 @@ ScriptRunner::ScriptRunner(const QStringList &steps, WindowDriver *driver, QObje
 
 QString ScriptRunner::syntax()
 {
-    return QStringLiteral("general|network|version|zh|en|wait=MS|shot=FILE|close|quit");
+    return QStringLiteral("general, network, version, zh, en, wait=MS, shot=FILE, close, quit");
 }
 
 bool ScriptRunner::validate(const QStringList &steps, QString *error)
