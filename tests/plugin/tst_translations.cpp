@@ -1,10 +1,10 @@
 // Both catalogues translate every text the plug-in marks for translation.
 #include "testharness.h"
+#include "testpanel.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QSet>
-#include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <QtTest>
 
@@ -63,8 +63,8 @@ private:
 void TestTranslations::initTestCase()
 {
     // What the sources mark today, as lupdate extracts it.
-    QTemporaryDir dir;
-    const QString extracted = dir.filePath(QStringLiteral("extracted.ts"));
+    TestPanel panel;
+    const QString extracted = panel.path(QStringLiteral("/tmp/extracted.ts"));
     QProcess lupdate;
     lupdate.start(QStringLiteral(LUPDATE_EXECUTABLE),
                   {QStringLiteral("-silent"), QStringLiteral(PLUGIN_SOURCE_DIR), QStringLiteral("-ts"), extracted});
