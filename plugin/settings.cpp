@@ -52,6 +52,14 @@ const char *const PageIcons[][2] = {
     {":/Resources/version.png", ":/Resources/version_white.png"},
 };
 
+// The panel's screen; a host that has lost its screen still gets a window of
+// the smallest panel's size rather than a crash.
+QSize panelScreenSize()
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    return screen ? screen->geometry().size() : QSize(800, 480);
+}
+
 } // namespace
 
 Settings::Settings(QWidget *parent)
@@ -68,7 +76,7 @@ Settings::Settings(QWidget *parent)
     // host through register 86; a frame's close button would bypass that.
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
     readDataFromEE();
-    m_screenWidth = QGuiApplication::primaryScreen()->geometry().width();
+    m_screenWidth = panelScreenSize().width();
     adjustWgtSize();
     ui->retranslateUi(this);
     m_fontId = QFontDatabase::addApplicationFont(PanelRoot::path(QString::fromLatin1(FontFile)));
@@ -123,7 +131,7 @@ QSize Settings::languageBoxSize(const QSize &screen)
 
 void Settings::adjustWgtSize()
 {
-    const QSize screen = QGuiApplication::primaryScreen()->geometry().size();
+    const QSize screen = panelScreenSize();
     ui->comboBox->setFixedSize(languageBoxSize(screen));
     // The window is the whole panel: the close button sits at the screen's
     // right edge, and the bars grow with the larger panels.
