@@ -19,7 +19,9 @@ add_executable(panel-simulator
   ${PANEL_SIMULATOR_DIR}/screenshotpass.h ${PANEL_SIMULATOR_DIR}/screenshotpass.cpp
   ${PANEL_SIMULATOR_DIR}/controlwindow.h ${PANEL_SIMULATOR_DIR}/controlwindow.cpp
   ${PANEL_SIMULATOR_DIR}/interrupthandler.h ${PANEL_SIMULATOR_DIR}/interrupthandler.cpp
-  ${PANEL_SIMULATOR_DIR}/xvfbserver.h ${PANEL_SIMULATOR_DIR}/xvfbserver.cpp
+  ${PANEL_SIMULATOR_DIR}/serverprocess.h ${PANEL_SIMULATOR_DIR}/serverprocess.cpp
+  ${PANEL_SIMULATOR_DIR}/xserver.h ${PANEL_SIMULATOR_DIR}/xserver.cpp
+  ${PANEL_SIMULATOR_DIR}/simulatorchild.h ${PANEL_SIMULATOR_DIR}/simulatorchild.cpp
   ${PANEL_SIMULATOR_DIR}/headlessrunner.h ${PANEL_SIMULATOR_DIR}/headlessrunner.cpp
 )
 target_include_directories(panel-simulator PRIVATE

@@ -1,12 +1,10 @@
 #include "headlessrunner.h"
 #include "interrupthandler.h"
+#include "simulatorchild.h"
 #include "simulatorlog.h"
-#include "xvfbserver.h"
+#include "xserver.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFileInfo>
-#include <QProcess>
 
 namespace {
 
@@ -22,7 +20,7 @@ HeadlessRunner::HeadlessRunner(const SimulatorOptions &options)
 
 int HeadlessRunner::run()
 {
-    const bool useXvfb = XvfbServer::available();
+    const bool useXvfb = XServer::available(XServer::Kind::Virtual);
     if (!useXvfb)
         qCWarning(lcSimulator) << "Xvfb not found (install the xvfb package): using Qt's offscreen"
                                << "platform, whose screen is always 800x600, so the plug-in lays"
@@ -40,64 +38,31 @@ int HeadlessRunner::run()
 
 QStringList HeadlessRunner::childArguments(const QSize &size) const
 {
-    QStringList arguments{QStringLiteral("--") + QLatin1String(SimulatorOptions::PassOption),
-                          QStringLiteral("--size"), SimulatorOptions::sizeName(size),
-                          QStringLiteral("--screenshots"), QFileInfo(m_options.screenshotDir).absoluteFilePath(),
-                          QStringLiteral("--plugin"), QFileInfo(m_options.pluginPath).absoluteFilePath()};
-    if (m_options.keepRoot)
-        arguments << QStringLiteral("--keep-root");
-    return arguments;
+    return QStringList{QStringLiteral("--") + QLatin1String(SimulatorOptions::PassOption),
+                       QStringLiteral("--screenshots"), QFileInfo(m_options.screenshotDir).absoluteFilePath()}
+        + SimulatorChild::commonArguments(m_options, size);
 }
 
 int HeadlessRunner::runForSize(const QSize &size, bool useXvfb)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    XvfbServer server;
+    XServer server(XServer::Kind::Virtual);
     if (useXvfb) {
         QString error;
         if (!server.start(size, &error)) {
             qCCritical(lcSimulator).noquote() << error;
             return 1;
         }
-        environment.insert(QStringLiteral("DISPLAY"), server.display());
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    } else {
-        environment.remove(QStringLiteral("DISPLAY"));
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     }
-    const int status = runChild(childArguments(size), environment);
+    SimulatorChild child(QStringLiteral("the screenshot pass"));
+    QString error;
+    if (!child.start(childArguments(size), SimulatorChild::environment(server.display()),
+                     SimulatorChild::Output::Forwarded, &error)) {
+        qCCritical(lcSimulator).noquote() << error;
+        return 1;
+    }
+    const int status = child.waitForEnd(PassTimeoutMs);
+    // The child first: it must not outlive its X server.
+    child.stop();
     server.stop();
     return status;
-}
-
-int HeadlessRunner::runChild(const QStringList &arguments, const QProcessEnvironment &environment)
-{
-    QProcess child;
-    child.setProcessEnvironment(environment);
-    child.setProcessChannelMode(QProcess::ForwardedChannels);
-    child.start(QCoreApplication::applicationFilePath(), arguments);
-    if (!child.waitForStarted()) {
-        qCCritical(lcSimulator).noquote() << "cannot start the screenshot pass:" << child.errorString();
-        return 1;
-    }
-    // Waited in slices so that Ctrl-C can end the pass and the X server.
-    QElapsedTimer clock;
-    clock.start();
-    while (child.state() != QProcess::NotRunning && !child.waitForFinished(200)) {
-        if (InterruptHandler::wasInterrupted() || clock.elapsed() > PassTimeoutMs) {
-            if (!InterruptHandler::wasInterrupted())
-                qCCritical(lcSimulator) << "the screenshot pass took longer than" << PassTimeoutMs / 1000 << "s";
-            child.terminate();
-            if (!child.waitForFinished(5000))
-                child.kill();
-            child.waitForFinished(2000);
-            return InterruptHandler::wasInterrupted() ? 130 : 1;
-        }
-    }
-    if (child.exitStatus() != QProcess::NormalExit) {
-        qCCritical(lcSimulator) << "the screenshot pass crashed";
-        return 1;
-    }
-    return child.exitCode();
 }

@@ -3,7 +3,6 @@
 
 #include "simulatoroptions.h"
 
-#include <QProcessEnvironment>
 #include <QSize>
 #include <QString>
 
@@ -21,7 +20,6 @@ public:
 
 private:
     int runForSize(const QSize &size, bool useXvfb);
-    int runChild(const QStringList &arguments, const QProcessEnvironment &environment);
     QStringList childArguments(const QSize &size) const;
 
     SimulatorOptions m_options;
