@@ -22,6 +22,8 @@ add_executable(panel-simulator
   ${PANEL_SIMULATOR_DIR}/serverprocess.h ${PANEL_SIMULATOR_DIR}/serverprocess.cpp
   ${PANEL_SIMULATOR_DIR}/xserver.h ${PANEL_SIMULATOR_DIR}/xserver.cpp
   ${PANEL_SIMULATOR_DIR}/simulatorchild.h ${PANEL_SIMULATOR_DIR}/simulatorchild.cpp
+  ${PANEL_SIMULATOR_DIR}/commandreader.h ${PANEL_SIMULATOR_DIR}/commandreader.cpp
+  ${PANEL_SIMULATOR_DIR}/nestedrunner.h ${PANEL_SIMULATOR_DIR}/nestedrunner.cpp
   ${PANEL_SIMULATOR_DIR}/headlessrunner.h ${PANEL_SIMULATOR_DIR}/headlessrunner.cpp
 )
 target_include_directories(panel-simulator PRIVATE

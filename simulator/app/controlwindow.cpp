@@ -2,20 +2,24 @@
 
 #include <QCloseEvent>
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTime>
 #include <QVBoxLayout>
 
 ControlWindow::ControlWindow(const QString &root, const QString &pluginPath, QWidget *parent)
     : QWidget(parent)
+    , m_where(new QLabel(this))
+    , m_pluginPath(pluginPath)
     , m_log(new QPlainTextEdit(this))
 {
     setWindowTitle(tr("Panel simulator: host side"));
-    auto *where = new QLabel(tr("Panel root: %1\nPlug-in: %2").arg(root, pluginPath), this);
-    where->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    setPanelRoot(root);
+    m_where->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_log->setReadOnly(true);
     // A long session must not grow without bound.
     m_log->setMaximumBlockCount(5000);
@@ -30,10 +34,23 @@ ControlWindow::ControlWindow(const QString &root, const QString &pluginPath, QWi
     buttons->addStretch();
     buttons->addWidget(quitButton);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(where);
+    layout->addWidget(m_where);
     layout->addWidget(m_log, 1);
     layout->addLayout(buttons);
     resize(520, 420);
+}
+
+void ControlWindow::placeBeside(const QSize &panelSize)
+{
+    const QRect desktop = QGuiApplication::primaryScreen()->availableGeometry();
+    if (desktop.width() >= panelSize.width() + width())
+        move(desktop.left() + panelSize.width(), desktop.top());
+}
+
+void ControlWindow::setPanelRoot(const QString &root)
+{
+    const QString shown = root.isEmpty() ? tr("(being built)") : root;
+    m_where->setText(tr("Panel root: %1\nPlug-in: %2").arg(shown, m_pluginPath));
 }
 
 void ControlWindow::appendLine(const QString &line)

@@ -1,6 +1,7 @@
 #ifndef CONTROLWINDOW_H
 #define CONTROLWINDOW_H
 
+#include <QSize>
 #include <QString>
 #include <QWidget>
 
@@ -16,10 +17,16 @@ class ControlWindow : public QWidget
     Q_OBJECT
 
 public:
+    // root may be empty while a child process is still building the panel.
     ControlWindow(const QString &root, const QString &pluginPath, QWidget *parent = nullptr);
+
+    // Beside the panel's screen (which sits at the top left) when the
+    // desktop has room, so that neither hides the other.
+    void placeBeside(const QSize &panelSize);
 
 public slots:
     void appendLine(const QString &line);
+    void setPanelRoot(const QString &root);
 
 signals:
     void openSettingsRequested();
@@ -29,6 +36,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    QLabel *m_where;
+    QString m_pluginPath;
     QPlainTextEdit *m_log;
 };
 

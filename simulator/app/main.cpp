@@ -1,7 +1,9 @@
 #include "headlessrunner.h"
 #include "interrupthandler.h"
+#include "nestedrunner.h"
 #include "simulatorapp.h"
 #include "simulatoroptions.h"
+#include "xserver.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -10,6 +12,25 @@
 #include <QTemporaryDir>
 
 #include <cstdio>
+#include <memory>
+
+namespace {
+
+// The settings window runs in a child on a nested panel screen; this
+// process only needs widgets for the log window of an interactive run.
+int runNested(char *argv[], const SimulatorOptions &options)
+{
+    int qtArgc = 1;
+    std::unique_ptr<QCoreApplication> app;
+    if (options.mode() == SimulatorOptions::Mode::Interactive)
+        app.reset(new QApplication(qtArgc, argv));
+    else
+        app.reset(new QCoreApplication(qtArgc, argv));
+    NestedRunner runner(options);
+    return runner.run();
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -38,10 +59,19 @@ int main(int argc, char *argv[])
         return HeadlessRunner(options).run();
     }
     // Without a session runtime folder Qt would create one of its own
-    // under /tmp and leave it behind; a private one goes away with us.
-    QTemporaryDir runtimeDir(QDir::tempPath() + QStringLiteral("/panel-sim-runtime-XXXXXX"));
-    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR") && runtimeDir.isValid())
-        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtimeDir.path()));
+    // under /tmp and leave it behind; a private one goes away with us. A
+    // nested-screen child uses its parent's: it can die without cleaning
+    // up when its X server goes away.
+    std::unique_ptr<QTemporaryDir> runtimeDir;
+    if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+        runtimeDir.reset(new QTemporaryDir(QDir::tempPath() + QStringLiteral("/panel-sim-runtime-XXXXXX")));
+        if (runtimeDir->isValid())
+            qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtimeDir->path()));
+    }
+    // Without Xephyr the window opens on the desktop's screen, and the
+    // simulator says so in its log.
+    if (options.wantsNestedScreen() && XServer::available(XServer::Kind::Nested))
+        return runNested(argv, options);
     if (!SimulatorOptions::hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Qt only sees the program name: QGuiApplication would otherwise take

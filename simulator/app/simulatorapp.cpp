@@ -1,4 +1,5 @@
 #include "simulatorapp.h"
+#include "commandreader.h"
 #include "controlwindow.h"
 #include "hostsession.h"
 #include "interrupthandler.h"
@@ -12,21 +13,11 @@
 #include <QGuiApplication>
 #include <QScreen>
 
-#include <cstdio>
-
 namespace {
 
 // How long the host waits, after the close button was pressed, for the
 // register-86 notification that makes it delete the window.
 const int CloseTimeoutMs = 5000;
-
-void printLine(const QString &line)
-{
-    std::fputs(line.toLocal8Bit().constData(), stdout);
-    std::fputc('\n', stdout);
-    // Line by line: a test or a pipe reads the output as it comes.
-    std::fflush(stdout);
-}
 
 } // namespace
 
@@ -50,12 +41,17 @@ SimulatorApp::~SimulatorApp()
 
 int SimulatorApp::run()
 {
+    // The simulator ends through finish() only: with --stay, or on a nested
+    // screen whose log window is in the parent, the deleted settings window
+    // may well have been the last one here.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
     QString error;
     if (!prepare(&error) || !createWindow(&error)) {
         qCCritical(lcSimulator).noquote() << error;
         shutDown();
         return 1;
     }
+    warnIfScreenIsNotThePanel();
     startMode();
     const int status = QCoreApplication::exec();
     shutDown();
@@ -68,8 +64,10 @@ bool SimulatorApp::prepare(QString *error)
     // open panel files as soon as it is loaded.
     if (!m_panel.create(m_size, m_options.keepRoot, error))
         return false;
-    if (m_options.keepRoot)
-        printLine(QStringLiteral("panel root: ") + m_panel.root());
+    // The parent of a nested-screen child shows the folder and removes it
+    // should the child die without doing so.
+    if (m_options.keepRoot || m_options.nestedChild)
+        printLogLine(QStringLiteral("panel root: ") + m_panel.root());
     m_session = new HostSession(m_panel.root(), this);
     connect(m_session, &HostSession::logLine, this, &SimulatorApp::report);
     connect(m_session, &HostSession::windowDeleted, this, &SimulatorApp::onWindowDeleted);
@@ -79,12 +77,14 @@ bool SimulatorApp::prepare(QString *error)
         m_control = new ControlWindow(m_panel.root(), QFileInfo(m_options.pluginPath).absoluteFilePath());
         connect(m_control, &ControlWindow::openSettingsRequested, this, &SimulatorApp::openWindow);
         connect(m_control, &ControlWindow::quitRequested, this, [this]() { finish(0); });
-        // Beside the settings window (which sits at the top left) when the
-        // screen has room, so neither hides the other.
-        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-        if (screen.width() >= m_size.width() + m_control->width())
-            m_control->move(screen.left() + m_size.width(), screen.top());
+        m_control->placeBeside(m_size);
         m_control->show();
+    }
+    if (m_options.nestedChild) {
+        m_commands = new CommandReader(this);
+        connect(m_commands, &CommandReader::commandReceived, this, &SimulatorApp::onCommand);
+        // The parent is gone: nobody could see or end this window any more.
+        connect(m_commands, &CommandReader::inputEnded, this, [this]() { finish(0); });
     }
     return m_plugin.load(error);
 }
@@ -111,6 +111,7 @@ void SimulatorApp::openWindow()
         window->show();
         window->raise();
         window->activateWindow();
+        report(QStringLiteral("settings window raised"));
         return;
     }
     QString error;
@@ -129,18 +130,46 @@ void SimulatorApp::startMode()
         script->start();
     } else if (m_mode == SimulatorOptions::Mode::ScreenshotPass) {
         auto *pass = new ScreenshotPass(&m_driver, m_options.screenshotDir, m_size, this);
-        connect(pass, &ScreenshotPass::saved, this, [](const QString &path) { printLine(path); });
+        connect(pass, &ScreenshotPass::saved, this, [](const QString &path) { printLogLine(path); });
         connect(pass, &ScreenshotPass::failed, this, &SimulatorApp::fail);
         connect(pass, &ScreenshotPass::finished, this, [this]() { finish(0); });
         pass->start();
     }
 }
 
+void SimulatorApp::warnIfScreenIsNotThePanel()
+{
+    // A screenshot pass without Xvfb has been warned about by its parent.
+    const QSize screen = QGuiApplication::primaryScreen()->size();
+    if (m_mode == SimulatorOptions::Mode::ScreenshotPass || screen == m_size)
+        return;
+    QString why = QStringLiteral("Xephyr not found: install the xserver-xephyr package");
+    if (m_options.nestedChild)
+        why = QStringLiteral("the nested screen came out at another size");
+    else if (m_options.noNested)
+        why = QStringLiteral("--no-nested");
+    else if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        why = QStringLiteral("no X display to show a panel screen on");
+    report(QStringLiteral("warning: the plug-in sizes itself from this screen (%1), not from the panel's"
+                          " (%2), so its close button and sizes may be wrong (%3)")
+               .arg(SimulatorOptions::sizeName(screen), SimulatorOptions::sizeName(m_size), why));
+}
+
+void SimulatorApp::onCommand(const QString &command)
+{
+    if (command == QLatin1String(CommandReader::ShowCommand))
+        openWindow();
+    else if (command == QLatin1String(CommandReader::QuitCommand))
+        finish(0);
+    else
+        report(QStringLiteral("unknown command \"%1\"").arg(command));
+}
+
 void SimulatorApp::report(const QString &line)
 {
     if (m_control)
         m_control->appendLine(line);
-    printLine(line);
+    printLogLine(line);
 }
 
 void SimulatorApp::onWindowDeleted()

@@ -10,14 +10,16 @@
 #include <QSize>
 #include <QTimer>
 
+class CommandReader;
 class ControlWindow;
 class HostSession;
 class InterruptHandler;
 
 // One simulated panel with one settings window, in this process: builds
 // the panel, loads the plug-in, plays the host side and then, by mode,
-// lets the user work (interactive), plays a script, or runs a screenshot
-// pass. run() returns the exit status.
+// lets the user work (interactive, or on a nested panel screen driven by
+// the parent's log window), plays a script, or runs a screenshot pass.
+// run() returns the exit status.
 class SimulatorApp : public QObject
 {
     Q_OBJECT
@@ -34,6 +36,7 @@ private slots:
     void onWindowDeleted();
     void onClosePressed();
     void onCloseOverdue();
+    void onCommand(const QString &command);
     void finish(int status);
     void fail(const QString &error);
 
@@ -41,6 +44,7 @@ private:
     bool prepare(QString *error);
     bool createWindow(QString *error);
     void startMode();
+    void warnIfScreenIsNotThePanel();
     void shutDown();
 
     SimulatorOptions m_options;
@@ -51,6 +55,7 @@ private:
     WindowDriver m_driver;
     HostSession *m_session = nullptr;
     ControlWindow *m_control = nullptr;
+    CommandReader *m_commands = nullptr;
     InterruptHandler *m_interrupt = nullptr;
     QTimer m_closeWatchdog;
     bool m_finishing = false;

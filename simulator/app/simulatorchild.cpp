@@ -10,10 +10,7 @@ SimulatorChild::SimulatorChild(const QString &name, QObject *parent)
     : QObject(parent)
     , m_name(name)
 {
-    connect(&m_process, &QProcess::readyReadStandardOutput, this,
-            [this]() { readLines(QProcess::StandardOutput, false); });
-    connect(&m_process, &QProcess::readyReadStandardError, this,
-            [this]() { readLines(QProcess::StandardError, false); });
+    connect(&m_process, &QProcess::readyReadStandardOutput, this, [this]() { readLines(false); });
     connect(&m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
             this, &SimulatorChild::onFinished);
 }
@@ -54,7 +51,7 @@ bool SimulatorChild::start(const QStringList &arguments, const QProcessEnvironme
 {
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(output == Output::Forwarded ? QProcess::ForwardedChannels
-                                                                : QProcess::SeparateChannels);
+                                                                : QProcess::ForwardedErrorChannel);
     m_process.start(QCoreApplication::applicationFilePath(), arguments);
     if (!m_process.waitForStarted()) {
         *error = QStringLiteral("cannot start %1: %2").arg(m_name, m_process.errorString());
@@ -102,26 +99,20 @@ void SimulatorChild::stop()
 void SimulatorChild::onFinished(int exitCode, QProcess::ExitStatus exitStatus)
 {
     // What the child said last comes before the news that it ended.
-    readLines(QProcess::StandardOutput, true);
-    readLines(QProcess::StandardError, true);
+    readLines(true);
     if (exitStatus != QProcess::NormalExit)
         qCCritical(lcSimulator).noquote() << m_name << "crashed";
     emit ended(exitStatus == QProcess::NormalExit ? exitCode : 1);
 }
 
-void SimulatorChild::readLines(QProcess::ProcessChannel channel, bool toTheEnd)
+void SimulatorChild::readLines(bool toTheEnd)
 {
     if (m_process.processChannelMode() == QProcess::ForwardedChannels)
         return;
-    m_process.setReadChannel(channel);
     while (m_process.canReadLine() || (toTheEnd && m_process.bytesAvailable() > 0)) {
         QByteArray bytes = m_process.readLine();
         if (bytes.endsWith('\n'))
             bytes.chop(1);
-        const QString line = QString::fromLocal8Bit(bytes);
-        if (channel == QProcess::StandardOutput)
-            emit lineReceived(line);
-        else
-            emit errorLineReceived(line);
+        emit lineReceived(QString::fromLocal8Bit(bytes));
     }
 }

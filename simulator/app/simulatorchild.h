@@ -14,9 +14,9 @@
 // screenshot pass, or the settings window on a nested panel screen) on an
 // X display of the panel's size. The child builds its own simulated panel,
 // so the plug-in in it runs below PANEL_ROOT behind the tool stand-ins like
-// in any other run. Its output either goes straight to ours or is handed
-// over line by line (for the host-side log window); lines can be sent to
-// its standard input.
+// in any other run. Its output either goes straight to ours or its stdout
+// is handed over line by line (for the host-side log window; diagnostics
+// on stderr still go straight to ours); lines can be sent to its stdin.
 class SimulatorChild : public QObject
 {
     Q_OBJECT
@@ -46,7 +46,6 @@ public:
 
 signals:
     void lineReceived(const QString &line);
-    void errorLineReceived(const QString &line);
     // 0 for success; 1 when it crashed.
     void ended(int status);
 
@@ -54,7 +53,7 @@ private slots:
     void onFinished(int exitCode, QProcess::ExitStatus exitStatus);
 
 private:
-    void readLines(QProcess::ProcessChannel channel, bool toTheEnd);
+    void readLines(bool toTheEnd);
 
     QString m_name;
     QProcess m_process;

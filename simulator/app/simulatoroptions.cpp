@@ -30,7 +30,17 @@ SimulatorOptions::Mode SimulatorOptions::mode() const
         return Mode::Screenshots;
     if (!script.isEmpty())
         return Mode::Script;
+    if (nestedChild)
+        return Mode::NestedHost;
     return hasDisplay() ? Mode::Interactive : Mode::Screenshots;
+}
+
+bool SimulatorOptions::wantsNestedScreen() const
+{
+    const Mode running = mode();
+    // Xephyr is an X client: a Wayland-only session cannot host it.
+    return (running == Mode::Interactive || running == Mode::Script) && !noNested && !nestedChild
+        && !qEnvironmentVariableIsEmpty("DISPLAY");
 }
 
 bool SimulatorOptions::parseSize(const QString &text)
@@ -59,11 +69,16 @@ void declareOptions(QCommandLineParser &parser)
     parser.setApplicationDescription(QStringLiteral(
         "Runs the settings plug-in on a simulated panel, playing the HMI runtime's side:\n"
         "register notifications, commands the plug-in runs, closing on register 86.\n"
+        "With an X display the settings window gets a screen of the panel's size of its\n"
+        "own (a Xephyr window, unless --no-nested) and the log opens beside it.\n"
         "Without a display (or with --screenshots) it writes a PNG of every page in\n"
         "both languages under <dir>/<W>x<H>/ and prints each path."));
     QCommandLineOption pass(QLatin1String(SimulatorOptions::PassOption),
                             QStringLiteral("Internal: one screenshot pass in this process."));
     pass.setFlags(QCommandLineOption::HiddenFromHelp);
+    QCommandLineOption nestedChild(QLatin1String(SimulatorOptions::NestedChildOption),
+                                   QStringLiteral("Internal: run on the nested panel screen, driven over stdin."));
+    nestedChild.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOptions({
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")},
         {QStringLiteral("plugin"), QStringLiteral("The plug-in library to load (default: the build tree's)."),
@@ -77,7 +92,11 @@ void declareOptions(QCommandLineParser &parser)
          QStringLiteral("dir")},
         {QStringLiteral("script"), QStringLiteral("Play comma-separated steps: %1.").arg(ScriptRunner::syntax()),
          QStringLiteral("steps")},
+        {QStringLiteral("no-nested"),
+         QStringLiteral("With a display, open the settings window on the desktop's screen instead of a nested\n"
+                        "screen of the panel's size (Xephyr); the plug-in then sizes itself for the desktop.")},
         pass,
+        nestedChild,
     });
 }
 
@@ -111,6 +130,8 @@ SimulatorOptions::Parse SimulatorOptions::parse(const QStringList &arguments)
     if (screenshotsGiven)
         screenshotDir = parser.value(QStringLiteral("screenshots"));
     screenshotPass = parser.isSet(QLatin1String(PassOption));
+    noNested = parser.isSet(QStringLiteral("no-nested"));
+    nestedChild = parser.isSet(QLatin1String(NestedChildOption));
     const bool scripted = parser.isSet(QStringLiteral("script"));
     if (scripted)
         script = parser.value(QStringLiteral("script")).split(QLatin1Char(','), Qt::SkipEmptyParts);
@@ -129,7 +150,7 @@ bool SimulatorOptions::check()
     }
     const Mode running = mode();
     const bool oneWindow = running == Mode::Interactive || running == Mode::Script
-        || running == Mode::ScreenshotPass;
+        || running == Mode::ScreenshotPass || running == Mode::NestedHost;
     if (oneWindow && sizes.size() != 1) {
         m_error = QStringLiteral("--size all is only for screenshots");
         return false;

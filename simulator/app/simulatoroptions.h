@@ -18,6 +18,8 @@ public:
         Script,          // --script: play steps, log on stdout
         Screenshots,     // orchestrate screenshot passes under private X servers
         ScreenshotPass,  // internal: one pass for one size in this process
+        NestedHost,      // internal: the settings window on a nested panel screen,
+                         // driven over stdin by the parent's log window
     };
 
     Parse parse(const QStringList &arguments);
@@ -25,6 +27,9 @@ public:
     // Needs the application object (it names the program).
     static QString helpText();
     Mode mode() const;
+    // Whether this run should give the plug-in a nested screen of the
+    // panel's size on the user's X display (Xephyr permitting).
+    bool wantsNestedScreen() const;
 
     static QList<QSize> panelSizes();
     static QString sizeName(const QSize &size);     // "800x480"
@@ -37,9 +42,12 @@ public:
     bool screenshotsGiven = false;
     QString screenshotDir = QStringLiteral("screenshots");
     bool screenshotPass = false;
+    bool noNested = false;
+    bool nestedChild = false;     // this process runs on the nested screen
     QStringList script;
 
     static constexpr const char *PassOption = "screenshot-pass";
+    static constexpr const char *NestedChildOption = "nested-child";
 
 private:
     bool parseSize(const QString &text);
