@@ -1,6 +1,9 @@
 #include "testharness.h"
+#include "xserver.h"
 
+#include <QColor>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QImage>
 #include <QProcess>
@@ -21,13 +24,36 @@ struct Run {
     QString err;
 };
 
-// Runs the simulator without a display, so it takes its headless paths.
-Run runSimulator(const QStringList &arguments, int timeoutMs)
+// No display: the simulator takes its headless paths.
+QProcessEnvironment headless()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("DISPLAY"));
     environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    return environment;
+}
+
+// A desktop: an X display, as when the user starts the simulator there.
+QProcessEnvironment onDesktop(const QString &display)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.insert(QStringLiteral("DISPLAY"), display);
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    return environment;
+}
+
+void collect(QProcess &process, Run *run)
+{
+    run->exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    run->out = QString::fromLocal8Bit(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    run->err = QString::fromLocal8Bit(process.readAllStandardError());
+}
+
+Run runSimulator(const QStringList &arguments, int timeoutMs,
+                 const QProcessEnvironment &environment = headless())
+{
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(PANEL_SIMULATOR_PATH), arguments);
@@ -37,10 +63,24 @@ Run runSimulator(const QStringList &arguments, int timeoutMs)
         process.kill();
         process.waitForFinished(5000);
     }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromLocal8Bit(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    run.err = QString::fromLocal8Bit(process.readAllStandardError());
+    collect(process, &run);
     return run;
+}
+
+// Waits until the running simulator has printed a line equal to text.
+bool waitForLine(QProcess &process, const QString &text, QByteArray *seen, int timeoutMs = 20000)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < timeoutMs) {
+        if (QString::fromLocal8Bit(*seen).split(QLatin1Char('\n')).contains(text))
+            return true;
+        if (process.state() == QProcess::NotRunning)
+            return false;
+        process.waitForReadyRead(200);
+        seen->append(process.readAllStandardOutput());
+    }
+    return false;
 }
 
 QString describe(const Run &run)
@@ -70,6 +110,42 @@ QStringList pngLines(const QStringList &lines)
     return paths;
 }
 
+// The display number of the nested panel screen the run reported, or -1.
+int nestedDisplay(const QStringList &lines)
+{
+    const QRegularExpression reported(QStringLiteral("^panel screen :(\\d+) \\(800x480\\) in a Xephyr window on :"));
+    for (const QString &line : lines) {
+        const QRegularExpressionMatch match = reported.match(line);
+        if (match.hasMatch())
+            return match.captured(1).toInt();
+    }
+    return -1;
+}
+
+bool xServerIsGone(int display)
+{
+    return !QFileInfo::exists(QStringLiteral("/tmp/.X11-unix/X%1").arg(display))
+        && !QFileInfo::exists(QStringLiteral("/tmp/.X%1-lock").arg(display));
+}
+
+// Pixels near (x, y) that are white and that are the title bar's blue:
+// the close icon drawn on the bar.
+bool closeIconAt(const QImage &image, int x, int y)
+{
+    int white = 0;
+    int blue = 0;
+    for (int dy = -12; dy <= 12; ++dy) {
+        for (int dx = -12; dx <= 12; ++dx) {
+            const QColor c = image.pixelColor(x + dx, y + dy);
+            if (c.red() > 240 && c.green() > 240 && c.blue() > 240)
+                ++white;
+            if (qAbs(c.red() - 96) <= 6 && qAbs(c.green() - 157) <= 6 && qAbs(c.blue() - 191) <= 6)
+                ++blue;
+        }
+    }
+    return white >= 20 && blue >= 100;
+}
+
 int indexOfLine(const QStringList &lines, const QString &text, int from = 0)
 {
     for (int i = from; i < lines.size(); ++i) {
@@ -94,14 +170,41 @@ private slots:
     void commandsOfThePluginAreReported();
     void rejectsBadArguments();
     void reportsMissingPlugin();
+    void scriptOnDesktopGetsPanelSizedScreen();
+    void interactiveOnDesktopEndsCleanlyOnSigterm();
+    void nestedChildFollowsCommands();
+    void withoutNestingWarnsThatScreenIsTheDesktops();
+    void cleanupTestCase();
 
 private:
     void checkScreenshots(const QString &dir, const QList<QSize> &sizes, const QStringList &printed);
+    void requireDesktop(bool withXephyr);
+
+    // A desktop larger than the panel, as a user's would be.
+    XServer m_desktop{XServer::Kind::Virtual};
 };
 
 void TestSimulator::initTestCase()
 {
     QVERIFY2(QFileInfo(QStringLiteral(PANEL_SIMULATOR_PATH)).isExecutable(), PANEL_SIMULATOR_PATH);
+    if (XServer::available(XServer::Kind::Virtual)) {
+        QString error;
+        QVERIFY2(m_desktop.start(QSize(1400, 800), &error), qPrintable(error));
+    }
+}
+
+void TestSimulator::cleanupTestCase()
+{
+    m_desktop.stop();
+}
+
+void TestSimulator::requireDesktop(bool withXephyr)
+{
+    if (!XServer::available(XServer::Kind::Virtual))
+        QSKIP("Xvfb is not installed (package xvfb)");
+    if (withXephyr && !XServer::available(XServer::Kind::Nested))
+        QSKIP("Xephyr is not installed (package xserver-xephyr)");
+    QVERIFY(m_desktop.isRunning());
 }
 
 void TestSimulator::checkScreenshots(const QString &dir, const QList<QSize> &sizes,
@@ -225,6 +328,90 @@ void TestSimulator::reportsMissingPlugin()
                                   QStringLiteral("--script"), QStringLiteral("quit")}, 30000);
     QVERIFY2(run.finished && run.exitCode == 1, qPrintable(describe(run)));
     QVERIFY2(run.err.contains(QStringLiteral("no plug-in at /nonexistent/libsettingsplugin.so")), qPrintable(run.err));
+}
+
+void TestSimulator::scriptOnDesktopGetsPanelSizedScreen()
+{
+    requireDesktop(true);
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString shot = dir.filePath(QStringLiteral("panel.png"));
+    const Run run = runSimulator({QStringLiteral("--script"), QStringLiteral("shot=") + shot + QStringLiteral(",close")},
+                                 60000, onDesktop(m_desktop.display()));
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    const int display = nestedDisplay(run.out);
+    QVERIFY2(display >= 0, qPrintable(describe(run)));
+    QVERIFY2(run.out.filter(QStringLiteral("warning:")).isEmpty(), qPrintable(describe(run)));
+    QVERIFY2(indexOfLine(run.out, QStringLiteral("settings window deleted"))
+                 > indexOfLine(run.out, QStringLiteral("register 86 = 0")),
+             qPrintable(describe(run)));
+
+    const QImage image(shot);
+    QCOMPARE(image.size(), QSize(800, 480));
+    // Laid out for an 800-pixel screen, not for the 1400-pixel desktop:
+    // the close button is inside the window, at its right end.
+    QVERIFY2(closeIconAt(image, image.width() - 35, 35), "no close icon at the window's top right");
+    QVERIFY2(xServerIsGone(display), "the nested X server is still there");
+}
+
+void TestSimulator::interactiveOnDesktopEndsCleanlyOnSigterm()
+{
+    requireDesktop(true);
+    QProcess process;
+    process.setProcessEnvironment(onDesktop(m_desktop.display()));
+    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), QStringList());
+    QByteArray seen;
+    const bool opened = waitForLine(process, QStringLiteral("settings window open at 800x480"), &seen);
+    process.terminate();
+    Run run;
+    run.finished = process.waitForFinished(20000);
+    if (!run.finished)
+        process.kill();
+    collect(process, &run);
+    run.out = QString::fromLocal8Bit(seen).split(QLatin1Char('\n'), Qt::SkipEmptyParts) + run.out;
+    QVERIFY2(opened && run.finished && run.exitCode == 130, qPrintable(describe(run)));
+    QVERIFY2(indexOfLine(run.out, QStringLiteral("settings window deleted")) >= 0, qPrintable(describe(run)));
+    const int display = nestedDisplay(run.out);
+    QVERIFY2(display >= 0, qPrintable(describe(run)));
+    QVERIFY2(xServerIsGone(display), "the nested X server is still there");
+}
+
+// The process that runs the settings window for the parent's log window:
+// "show" raises (or recreates) the window, "quit" ends the run.
+void TestSimulator::nestedChildFollowsCommands()
+{
+    requireDesktop(false);
+    QProcess process;
+    process.setProcessEnvironment(onDesktop(m_desktop.display()));
+    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), {QStringLiteral("--nested-child")});
+    QByteArray seen;
+    QVERIFY2(waitForLine(process, QStringLiteral("settings window open at 800x480"), &seen), seen.constData());
+    process.write("show\n");
+    QVERIFY2(waitForLine(process, QStringLiteral("settings window raised"), &seen), seen.constData());
+    process.write("quit\n");
+    Run run;
+    run.finished = process.waitForFinished(20000);
+    collect(process, &run);
+    run.out = QString::fromLocal8Bit(seen).split(QLatin1Char('\n'), Qt::SkipEmptyParts) + run.out;
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    QVERIFY2(indexOfLine(run.out, QStringLiteral("settings window deleted")) >= 0, qPrintable(describe(run)));
+    // Always named, so that the parent can show it and clean up after a crash.
+    const QStringList roots = run.out.filter(QRegularExpression(QStringLiteral("^panel root: ")));
+    QCOMPARE(roots.size(), 1);
+    QVERIFY(!QFileInfo::exists(roots.first().mid(QStringLiteral("panel root: ").size())));
+}
+
+void TestSimulator::withoutNestingWarnsThatScreenIsTheDesktops()
+{
+    requireDesktop(false);
+    const Run run = runSimulator({QStringLiteral("--no-nested"), QStringLiteral("--script"), QStringLiteral("close")},
+                                 60000, onDesktop(m_desktop.display()));
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    QCOMPARE(nestedDisplay(run.out), -1);
+    const QStringList warnings = run.out.filter(QStringLiteral("warning:"));
+    QVERIFY2(warnings.size() == 1 && warnings.first().contains(QStringLiteral("(1400x800)"))
+                 && warnings.first().contains(QStringLiteral("--no-nested")),
+             qPrintable(describe(run)));
 }
 
 PANEL_TEST_MAIN(TestSimulator)
