@@ -93,8 +93,8 @@ void declareOptions(QCommandLineParser &parser)
         {QStringLiteral("script"), QStringLiteral("Play comma-separated steps: %1.").arg(ScriptRunner::syntax()),
          QStringLiteral("steps")},
         {QStringLiteral("no-nested"),
-         QStringLiteral("With a display, open the settings window on the desktop's screen instead of a nested\n"
-                        "screen of the panel's size (Xephyr); the plug-in then sizes itself for the desktop.")},
+         QStringLiteral("With a display, open the settings window on the desktop's screen instead of a "
+                        "nested screen of the panel's size (Xephyr); the plug-in then sizes itself for the desktop.")},
         pass,
         nestedChild,
     });
