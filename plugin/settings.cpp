@@ -156,10 +156,13 @@ void Settings::setTitleBar()
     ui->titleText->setFont(applicationFont(QFont::Normal, 20));
     ui->titleText->setObjectName(QStringLiteral("titleobject"));
     ui->titleLayout->setAlignment(ui->frame, Qt::AlignCenter);
-    auto *shadow = new QGraphicsDropShadowEffect(ui->frame);
-    shadow->setOffset(0, 0);
-    shadow->setColor(Qt::black);
-    ui->frame->setGraphicsEffect(shadow);
+    // refresh() runs this on every language change: one shadow is enough.
+    if (!ui->frame->graphicsEffect()) {
+        auto *shadow = new QGraphicsDropShadowEffect(ui->frame);
+        shadow->setOffset(0, 0);
+        shadow->setColor(Qt::black);
+        ui->frame->setGraphicsEffect(shadow);
+    }
     setTitleBarButtons();
 }
 
