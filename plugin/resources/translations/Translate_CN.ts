@@ -60,4 +60,35 @@
         <translation>English</translation>
     </message>
 </context>
+<context>
+    <name>InputDialog</name>
+    <message>
+        <source>CLR</source>
+        <translation>清除</translation>
+    </message>
+    <message>
+        <source>ENTER</source>
+        <translation>确认</translation>
+    </message>
+    <message>
+        <source>Min:</source>
+        <translation>最小值：</translation>
+    </message>
+    <message>
+        <source>Max:</source>
+        <translation>最大值：</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>Input number is out of range!</source>
+        <translation>输入的数值超出范围！</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+</context>
 </TS>

@@ -60,4 +60,35 @@
         <translation>English</translation>
     </message>
 </context>
+<context>
+    <name>InputDialog</name>
+    <message>
+        <source>CLR</source>
+        <translation>CLR</translation>
+    </message>
+    <message>
+        <source>ENTER</source>
+        <translation>ENTER</translation>
+    </message>
+    <message>
+        <source>Min:</source>
+        <translation>Min:</translation>
+    </message>
+    <message>
+        <source>Max:</source>
+        <translation>Max:</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>Tips</translation>
+    </message>
+    <message>
+        <source>Input number is out of range!</source>
+        <translation>Input number is out of range!</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
 </TS>

@@ -1,0 +1,65 @@
+#ifndef DATETIMEDIALOG_H
+#define DATETIMEDIALOG_H
+
+#include "dialogdrag.h"
+
+#include <QDialog>
+
+class QDateTime;
+class QFrame;
+class QLineEdit;
+class QPoint;
+class QSettings;
+
+namespace Ui {
+class DateTimeDialog;
+}
+
+// Sets the panel's clock: six fields, each opening the numeric keypad; every
+// accepted value sets the system clock and the hardware clock at once. The
+// general page creates it once, feeds it the running time and reuses it.
+class DateTimeDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // The one dialog, made on the first call; later arguments are ignored.
+    static DateTimeDialog *Instance(int fontId, QSettings *settings, QWidget *parent);
+
+    DateTimeDialog(int fontId, QSettings *settings, QWidget *parent);
+    ~DateTimeDialog() override;
+
+    void setSystemTime(int year, int month, int day, int hour, int minute, int second);
+
+public slots:
+    void onUpdateCurrentDateTime(QDateTime &dateTime);
+    void onClose();
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    bool inRange(QPoint *p, QFrame *f);
+
+private:
+    void init(int fontId);
+    void connectSlots();
+
+    static DateTimeDialog *m_instance;
+
+    Ui::DateTimeDialog *ui;
+    int m_fontId;
+    int m_year = 1970;
+    int m_month = 1;
+    int m_day = 1;
+    int m_hour = 0;
+    int m_minute = 0;
+    int m_second = 0;
+    int m_dialogWidth = 0;
+    int m_yearWidth = 0;
+    int m_fieldWidth = 0;
+    QSettings *m_settings;
+    DialogDrag m_drag;
+};
+
+#endif // DATETIMEDIALOG_H

@@ -1,0 +1,4 @@
+#ifndef OCTETVALIDATOR_H
+#define OCTETVALIDATOR_H
+// Placeholder: being built.
+#endif
