@@ -3,6 +3,7 @@
 
 #include "dialogdrag.h"
 
+#include <QByteArrayList>
 #include <QDialog>
 
 class QDateTime;
@@ -31,6 +32,12 @@ public:
 
     void setSystemTime(int year, int month, int day, int hour, int minute, int second);
 
+    // The three shell commands that set the system clock, date first, then
+    // the time, then copy it into the hardware clock. Numbers are written
+    // without padding, the way the date tool reads them.
+    static QByteArrayList clockCommands(int year, int month, int day, int hour, int minute,
+                                        int second);
+
 public slots:
     void onUpdateCurrentDateTime(QDateTime &dateTime);
     void onClose();
@@ -44,6 +51,14 @@ protected:
 private:
     void init(int fontId);
     void connectSlots();
+
+    // The six fields by position: year, month, day, hour, minute, second.
+    int fieldOf(const QObject *object) const;
+    QLineEdit *fieldEdit(int field) const;
+    int &fieldValue(int field);
+    void showField(int field);
+    // Runs the keypad for the field; true when a value was accepted and set.
+    bool editField(int field);
 
     static DateTimeDialog *m_instance;
 
