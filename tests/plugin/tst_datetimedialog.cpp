@@ -427,6 +427,8 @@ void TestDateTimeDialog::sizesFollowPanelWidth()
     QCOMPARE(dialog->font().weight(), int(QFont::Bold));
     QCOMPARE(dialog->font().pointSize(), 13);
     QCOMPARE(dialog->styleSheet(), QStringLiteral("#DateTimeDialog{border:3px solid rgb(0, 0, 0);}"));
+    // No field looks as if it were being typed into before it is touched.
+    QCOMPARE(dialog->focusWidget(), static_cast<QWidget *>(nullptr));
 
     auto *titleBar = dialog->findChild<QFrame *>(QStringLiteral("titleBarFrame"));
     auto *close = dialog->findChild<QPushButton *>(QStringLiteral("closePushButton"));
