@@ -14,6 +14,7 @@ add_executable(panel-simulator
   ${PANEL_SIMULATOR_DIR}/fifowatcher.h ${PANEL_SIMULATOR_DIR}/fifowatcher.cpp
   ${PANEL_SIMULATOR_DIR}/calllogwatcher.h ${PANEL_SIMULATOR_DIR}/calllogwatcher.cpp
   ${PANEL_SIMULATOR_DIR}/hostsession.h ${PANEL_SIMULATOR_DIR}/hostsession.cpp
+  ${PANEL_SIMULATOR_DIR}/panelactivity.h ${PANEL_SIMULATOR_DIR}/panelactivity.cpp
   ${PANEL_SIMULATOR_DIR}/windowdriver.h ${PANEL_SIMULATOR_DIR}/windowdriver.cpp
   ${PANEL_SIMULATOR_DIR}/scriptrunner.h ${PANEL_SIMULATOR_DIR}/scriptrunner.cpp
   ${PANEL_SIMULATOR_DIR}/screenshotpass.h ${PANEL_SIMULATOR_DIR}/screenshotpass.cpp

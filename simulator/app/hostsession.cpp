@@ -1,6 +1,7 @@
 #include "hostsession.h"
 #include "calllogwatcher.h"
 #include "fifowatcher.h"
+#include "panelactivity.h"
 #include "simulatedpanel.h"
 
 #include <QDialog>
@@ -73,6 +74,9 @@ void HostSession::onLocalMessage(const QByteArray &message)
 void HostSession::onCommandRan(const QStringList &argv)
 {
     emit logLine(QStringLiteral("ran: ") + CallLogWatcher::commandLine(argv));
+    const QString meaning = PanelActivity::describe(argv);
+    if (!meaning.isEmpty())
+        emit logLine(QStringLiteral("panel: ") + meaning);
 }
 
 void HostSession::closeWindowIfReleased()

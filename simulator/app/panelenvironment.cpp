@@ -18,6 +18,8 @@ bool PanelEnvironment::create(const QSize &panelSize, bool keep, QString *error)
     }
     m_dir.setAutoRemove(!keep);
     SimulatedPanel::Options options;
+    // A panel as delivered: key clicks on, so that every touch shows a beep.
+    options.buzzerOn = true;
     options.screenWidth = panelSize.width();
     SimulatedPanel panel;
     if (!panel.build(m_dir.path(), options)) {

@@ -33,6 +33,10 @@ constexpr int QrTextOffset = 512;
 constexpr int QrTextSize = 64;
 constexpr int ImageSize = 1024;
 
+// Register 79 (key click on) is bit 17 of the retained system bits.
+const char BuzzerRegisterFile[] = "/hmi_data/sfb.dat";
+constexpr int BuzzerRegisterBit = 17;
+
 const char *const RegisterFiles[] = {
     "/tmp/mw.dat", "/tmp/mb.dat", "/hmi_data/fw.dat", "/hmi_data/fb.dat",
     "/tmp/smw.dat", "/tmp/smb.dat", "/hmi_data/sfw.dat", "/hmi_data/sfb.dat",
@@ -220,7 +224,10 @@ bool SimulatedPanel::build(const QString &root, const Options &options)
     }
     const QByteArray zeros(RegisterFileSize, '\0');
     for (const char *file : RegisterFiles) {
-        if (!writeFile(root + QLatin1String(file), zeros, &m_error))
+        QByteArray contents = zeros;
+        if (options.buzzerOn && qstrcmp(file, BuzzerRegisterFile) == 0)
+            contents[BuzzerRegisterBit / 8] = char(1 << (BuzzerRegisterBit % 8));
+        if (!writeFile(root + QLatin1String(file), contents, &m_error))
             return false;
     }
     for (const char *fifo : {"/tmp/fifo_sysreg", "/tmp/fifo_localreg"}) {

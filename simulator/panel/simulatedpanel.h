@@ -19,6 +19,7 @@ public:
         QByteArray qrCodeText = "TAVRO-HMI-7A3F19C2-0001";
         int brightness = 148;           // device scale
         bool withLanguageFile = true;   // /hmi/Config/lange.json
+        bool buzzerOn = false;          // register 79, the key click
         QString fontSource;             // empty: a CJK font from the system
     };
 

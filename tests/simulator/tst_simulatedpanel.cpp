@@ -1,6 +1,7 @@
 // The simulated panel every test and the simulator stand on: its files, its
 // firmware tools and the recording stand-ins of the system tools.
 #include "fiforeader.h"
+#include "sysreg.h"
 #include "testharness.h"
 #include "testpanel.h"
 
@@ -19,6 +20,8 @@ private slots:
     void registerFilesCoverEveryArea_data();
     void registerFilesCoverEveryArea();
     void fifosAreFifos();
+    void buzzerRegisterFollowsTheOption_data();
+    void buzzerRegisterFollowsTheOption();
     void hostToolsAreRecordedNotRun_data();
     void hostToolsAreRecordedNotRun();
     void firmwareKeepsImageAndBrightness();
@@ -43,6 +46,29 @@ void TestSimulatedPanel::registerFilesCoverEveryArea()
     // The furthest register of the table ends at byte 2121 of the system words.
     QCOMPARE(QFileInfo(panel.path(file)).size(), qint64(SimulatedPanel::RegisterFileSize));
     QVERIFY(SimulatedPanel::RegisterFileSize >= 2055 + 66);
+}
+
+void TestSimulatedPanel::buzzerRegisterFollowsTheOption_data()
+{
+    QTest::addColumn<bool>("on");
+    QTest::newRow("quiet panel") << false;
+    QTest::newRow("clicking panel") << true;
+}
+
+void TestSimulatedPanel::buzzerRegisterFollowsTheOption()
+{
+    QFETCH(bool, on);
+    SimulatedPanel::Options options;
+    options.buzzerOn = on;
+    TestPanel panel(options);
+    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
+    quint32 value = 0xffffffff;
+    QCOMPARE(SysReg_Read(SysRegIdx::KeyBuzzer, &value), 0);
+    QCOMPARE(value & 0xff, on ? 1u : 0u);
+    // Only that one bit: its neighbours stay clear.
+    QByteArray bits = panel.readFile(QStringLiteral("/hmi_data/sfb.dat"));
+    bits[2] = char(bits[2] & ~0x02);
+    QCOMPARE(bits.count('\0'), bits.size());
 }
 
 void TestSimulatedPanel::fifosAreFifos()
