@@ -91,4 +91,15 @@
         <translation>确定</translation>
     </message>
 </context>
+<context>
+    <name>VersionInfoUI</name>
+    <message>
+        <source>Cloud Information</source>
+        <translation>云信息</translation>
+    </message>
+    <message>
+        <source>Device name</source>
+        <translation>设备名称</translation>
+    </message>
+</context>
 </TS>

@@ -91,4 +91,15 @@
         <translation>OK</translation>
     </message>
 </context>
+<context>
+    <name>VersionInfoUI</name>
+    <message>
+        <source>Cloud Information</source>
+        <translation>Cloud Information</translation>
+    </message>
+    <message>
+        <source>Device name</source>
+        <translation>Device name</translation>
+    </message>
+</context>
 </TS>
