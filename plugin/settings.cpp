@@ -5,6 +5,7 @@
 #include "inputdialog.h"
 #include "keyclick.h"
 #include "languagelist.h"
+#include "panelfont.h"
 #include "panelroot.h"
 #include "sysreg.h"
 
@@ -85,6 +86,7 @@ Settings::Settings(QWidget *parent)
     setSettingsFrame();
     setGeneralSettingsList();
     setNetworkSettingsList();
+    setVersionList();
     setButtonBar();
     setStatusBar();
 
@@ -142,13 +144,7 @@ void Settings::adjustWgtSize()
 
 QFont Settings::applicationFont(int weight, int pointSize) const
 {
-    QFont font;
-    const QStringList families = QFontDatabase::applicationFontFamilies(m_fontId);
-    if (!families.isEmpty())
-        font.setFamily(families.first());
-    font.setWeight(weight);
-    font.setPointSize(pointSize);
-    return font;
+    return PanelFont::font(m_fontId, weight, pointSize);
 }
 
 void Settings::setTitleBar()
@@ -199,6 +195,13 @@ void Settings::setGeneralSettingsList()
 void Settings::setNetworkSettingsList()
 {
     ui->networkSettingsListWidget->init(m_fontId, m_flashWR1, m_flashROnly, m_settings);
+}
+
+void Settings::setVersionList()
+{
+    // The page draws its text and QR code on the first language change,
+    // which init() brings about.
+    ui->versionListWidget->init(m_fontId);
 }
 
 void Settings::setButton(QPushButton *button, int index, const QString &icon, const QString &text)

@@ -75,6 +75,7 @@ private:
     void setSettingsFrame();
     void setGeneralSettingsList();
     void setNetworkSettingsList();
+    void setVersionList();
     void setButton(QPushButton *button, int index, const QString &icon, const QString &text);
     void setButtonBar();
     void setButtonClicked(QPushButton *button, bool selected);

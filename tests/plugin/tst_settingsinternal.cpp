@@ -5,7 +5,9 @@
 #include "testharness.h"
 #include "testpanel.h"
 
+#include <QFontDatabase>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QScreen>
 #include <QtTest>
 
@@ -37,6 +39,7 @@ private slots:
     void windowCoversThePanel();
     void draggedDialogTriggersRepaint();
     void noRepaintWithoutDrag();
+    void versionPageShowsTheDeviceTextOnOpening();
 };
 
 void TestSettingsInternal::languageBoxSize_data()
@@ -109,6 +112,27 @@ void TestSettingsInternal::noRepaintWithoutDrag()
     QTest::qWait(100);
     QCOMPARE(counter.paints, 0);
     QVERIFY(!InputDialog::p_move);
+}
+
+void TestSettingsInternal::versionPageShowsTheDeviceTextOnOpening()
+{
+    SimulatedPanel::Options options;
+    options.qrCodeText = "TAVRO-CLOUD-0042";
+    TestPanel panel(options);
+    Settings window;
+    window.init();
+    auto *text = window.findChild<QLabel *>("label_num");
+    auto *picture = window.findChild<QLabel *>("label_barcode");
+    auto *title = window.findChild<QLabel *>("label_title");
+    QVERIFY(text && picture && title);
+    QCOMPARE(text->text(), QStringLiteral("TAVRO-CLOUD-0042"));
+    QVERIFY(!picture->pixmap(Qt::ReturnByValue).isNull());
+    // The page writes its title in the panel's font, which the window loaded.
+    const QStringList families = QFontDatabase::applicationFontFamilies(
+        QFontDatabase::addApplicationFont(panel.path("/hmi/default.ttf")));
+    QVERIFY(!families.isEmpty());
+    QCOMPARE(title->font().family(), families.first());
+    QCOMPARE(title->font().pointSize(), 13);
 }
 
 PANEL_GUI_TEST_MAIN(TestSettingsInternal)
