@@ -102,4 +102,67 @@
         <translation>设备名称</translation>
     </message>
 </context>
+<context>
+    <name>GeneralSettings</name>
+    <message>
+        <source>Brightness:</source>
+        <translation>亮度：</translation>
+    </message>
+    <message>
+        <source>Date&amp;Time:</source>
+        <translation>日期时间：</translation>
+    </message>
+    <message>
+        <source>setting</source>
+        <translation>设置</translation>
+    </message>
+    <message>
+        <source>Buzzer:</source>
+        <translation>蜂鸣器：</translation>
+    </message>
+    <message>
+        <source>Auto Backlight Off:</source>
+        <translation>自动关闭背光：</translation>
+    </message>
+    <message>
+        <source>min</source>
+        <translation>分钟</translation>
+    </message>
+    <message>
+        <source>Initial Window:</source>
+        <translation>初始画面：</translation>
+    </message>
+    <message>
+        <source>Mon</source>
+        <translation>周一</translation>
+    </message>
+    <message>
+        <source>Tue</source>
+        <translation>周二</translation>
+    </message>
+    <message>
+        <source>Wed</source>
+        <translation>周三</translation>
+    </message>
+    <message>
+        <source>Thu</source>
+        <translation>周四</translation>
+    </message>
+    <message>
+        <source>Fri</source>
+        <translation>周五</translation>
+    </message>
+    <message>
+        <source>Sat</source>
+        <translation>周六</translation>
+    </message>
+    <message>
+        <source>Sun</source>
+        <translation>周日</translation>
+    </message>
+    <message>
+        <source>Invalid Day</source>
+        <translation>无效日期</translation>
+    </message>
+</context>
 </TS>

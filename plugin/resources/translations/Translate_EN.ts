@@ -102,4 +102,67 @@
         <translation>Device name</translation>
     </message>
 </context>
+<context>
+    <name>GeneralSettings</name>
+    <message>
+        <source>Brightness:</source>
+        <translation>Brightness:</translation>
+    </message>
+    <message>
+        <source>Date&amp;Time:</source>
+        <translation>Date&amp;Time:</translation>
+    </message>
+    <message>
+        <source>setting</source>
+        <translation>setting</translation>
+    </message>
+    <message>
+        <source>Buzzer:</source>
+        <translation>Buzzer:</translation>
+    </message>
+    <message>
+        <source>Auto Backlight Off:</source>
+        <translation>Auto Backlight Off:</translation>
+    </message>
+    <message>
+        <source>min</source>
+        <translation>min</translation>
+    </message>
+    <message>
+        <source>Initial Window:</source>
+        <translation>Initial Window:</translation>
+    </message>
+    <message>
+        <source>Mon</source>
+        <translation>Mon</translation>
+    </message>
+    <message>
+        <source>Tue</source>
+        <translation>Tue</translation>
+    </message>
+    <message>
+        <source>Wed</source>
+        <translation>Wed</translation>
+    </message>
+    <message>
+        <source>Thu</source>
+        <translation>Thu</translation>
+    </message>
+    <message>
+        <source>Fri</source>
+        <translation>Fri</translation>
+    </message>
+    <message>
+        <source>Sat</source>
+        <translation>Sat</translation>
+    </message>
+    <message>
+        <source>Sun</source>
+        <translation>Sun</translation>
+    </message>
+    <message>
+        <source>Invalid Day</source>
+        <translation>Invalid Day</translation>
+    </message>
+</context>
 </TS>
