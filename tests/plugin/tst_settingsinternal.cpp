@@ -1,6 +1,7 @@
 // Parts of the settings window that the host cannot reach through the
 // plug-in interface, driven in-process from the plug-in's own objects.
 #include "inputdialog.h"
+#include "keyclick.h"
 #include "settings.h"
 #include "testharness.h"
 #include "testpanel.h"
@@ -9,6 +10,7 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QScreen>
+#include <QSettings>
 #include <QtTest>
 
 namespace {
@@ -40,6 +42,8 @@ private slots:
     void draggedDialogTriggersRepaint();
     void noRepaintWithoutDrag();
     void versionPageShowsTheDeviceTextOnOpening();
+    void keyClickReadsTheConfiguration_data();
+    void keyClickReadsTheConfiguration();
 };
 
 void TestSettingsInternal::languageBoxSize_data()
@@ -133,6 +137,42 @@ void TestSettingsInternal::versionPageShowsTheDeviceTextOnOpening()
     QVERIFY(!families.isEmpty());
     QCOMPARE(title->font().family(), families.first());
     QCOMPARE(title->font().pointSize(), 13);
+}
+
+void TestSettingsInternal::keyClickReadsTheConfiguration_data()
+{
+    QTest::addColumn<QByteArray>("ini");
+    QTest::addColumn<bool>("clicks");
+    // QSettings keeps the "General" group as "[%General]".
+    QTest::newRow("on") << QByteArray("[%General]\nbuzzer=on\n") << true;
+    QTest::newRow("off") << QByteArray("[%General]\nbuzzer=off\n") << false;
+    QTest::newRow("On") << QByteArray("[%General]\nbuzzer=On\n") << false;
+    QTest::newRow("ON") << QByteArray("[%General]\nbuzzer=ON\n") << false;
+    QTest::newRow("true") << QByteArray("[%General]\nbuzzer=true\n") << false;
+    QTest::newRow("1") << QByteArray("[%General]\nbuzzer=1\n") << false;
+    QTest::newRow("missing key") << QByteArray("[%General]\n") << false;
+    QTest::newRow("top-level key") << QByteArray("[General]\nbuzzer=on\n") << false;
+    QTest::newRow("no file") << QByteArray() << false;
+    QTest::newRow("other group") << QByteArray("[Network0]\nbuzzer=on\n") << false;
+    QTest::newRow("garbage") << QByteArray("\x01\xff[[[=\n") << false;
+}
+
+void TestSettingsInternal::keyClickReadsTheConfiguration()
+{
+    QFETCH(QByteArray, ini);
+    QFETCH(bool, clicks);
+    TestPanel panel;
+    if (ini.isNull())
+        panel.removeFile("/hmi/Config/system_settings.ini");
+    else
+        panel.writeFile("/hmi/Config/system_settings.ini", ini);
+    QSettings settings(panel.path("/hmi/Config/system_settings.ini"), QSettings::IniFormat);
+    QCOMPARE(KeyClick::enabled(&settings), clicks);
+    panel.clearCalls();
+    KeyClick::play(&settings);
+    QCOMPARE(panel.calls("setbeep").size(), clicks ? 1 : 0);
+    QVERIFY(!KeyClick::enabled(nullptr));
+    KeyClick::play(nullptr);
 }
 
 PANEL_GUI_TEST_MAIN(TestSettingsInternal)
