@@ -13,7 +13,7 @@ ScreenshotPass::ScreenshotPass(WindowDriver *driver, const QString &dir, const Q
     , m_size(panelSize)
 {
     for (const QString &language : WindowDriver::languageNames()) {
-        for (const QString &page : WindowDriver::pageNames())
+        for (const QString &page : WindowDriver::pageNames() + WindowDriver::dialogNames())
             m_shots << qMakePair(language, page);
     }
 }
@@ -39,8 +39,21 @@ void ScreenshotPass::prepareNext()
         return;
     }
     const QPair<QString, QString> &shot = m_shots.at(m_next);
+    const bool dialog = WindowDriver::dialogNames().contains(shot.second);
+    // The dialogs belong to the general page.
+    const QString page = dialog ? WindowDriver::pageNames().first() : shot.second;
     QString error;
-    if (!m_driver->selectLanguage(shot.first, &error) || !m_driver->showPage(shot.second, &error)) {
+    if (!m_driver->selectLanguage(shot.first, &error) || !m_driver->showPage(page, &error)) {
+        emit failed(error);
+        return;
+    }
+    QTimer::singleShot(m_settleMs, this, dialog ? &ScreenshotPass::openDialog : &ScreenshotPass::grabCurrent);
+}
+
+void ScreenshotPass::openDialog()
+{
+    QString error;
+    if (!m_driver->openDialog(m_shots.at(m_next).second, &error)) {
         emit failed(error);
         return;
     }
@@ -57,5 +70,11 @@ void ScreenshotPass::grabCurrent()
         return;
     }
     emit saved(file);
-    prepareNext();
+    // The dialog's own event loop is running under this call: close it and
+    // go on from the window's loop.
+    if (WindowDriver::dialogNames().contains(shot.second) && !m_driver->dismissDialog(&error)) {
+        emit failed(error);
+        return;
+    }
+    QTimer::singleShot(0, this, &ScreenshotPass::prepareNext);
 }

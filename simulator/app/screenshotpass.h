@@ -9,10 +9,11 @@
 
 class WindowDriver;
 
-// Writes a PNG of the settings window for every page in both languages:
-// <dir>/<W>x<H>/<page>_<lang>.png. Each shot selects the language row and
-// clicks the page button, then waits for the window to settle (timers,
-// style updates) before grabbing it.
+// Writes a PNG of the settings window for every page, and of the general
+// page with each of its dialogs open, in both languages:
+// <dir>/<W>x<H>/<page or dialog>_<lang>.png. Each shot selects the language
+// row and clicks the page button (then touches the dialog open), waits for
+// the window to settle (timers, style updates) and grabs it.
 class ScreenshotPass : public QObject
 {
     Q_OBJECT
@@ -33,13 +34,14 @@ signals:
 
 private slots:
     void prepareNext();
+    void openDialog();
     void grabCurrent();
 
 private:
     WindowDriver *m_driver;
     QString m_dir;
     QSize m_size;
-    QList<QPair<QString, QString>> m_shots;   // (language, page)
+    QList<QPair<QString, QString>> m_shots;   // (language, page or dialog)
     int m_next = 0;
     int m_settleMs = 500;
 };

@@ -28,7 +28,8 @@ ScriptRunner::ScriptRunner(const QStringList &steps, WindowDriver *driver, QObje
 
 QString ScriptRunner::syntax()
 {
-    return QStringLiteral("general, network, version, zh, en, wait=MS, shot=FILE, close, quit");
+    return QStringLiteral("general, network, version, zh, en, keypad, datetime, dismiss, wait=MS, shot=FILE, "
+                          "close, quit");
 }
 
 bool ScriptRunner::validate(const QStringList &steps, QString *error)
@@ -45,6 +46,7 @@ bool ScriptRunner::validate(const QStringList &steps, QString *error)
         }
         const bool known = WindowDriver::pageNames().contains(step)
             || WindowDriver::languageNames().contains(step)
+            || WindowDriver::dialogNames().contains(step) || step == QLatin1String("dismiss")
             || step == QLatin1String("close") || step == QLatin1String("quit")
             || parseWait(step, nullptr)
             || (step.startsWith(QLatin1String("shot=")) && step.size() > 5);
@@ -89,6 +91,10 @@ bool ScriptRunner::runStep(const QString &step, int *pauseMs, QString *error)
         return m_driver->showPage(step, error);
     if (WindowDriver::languageNames().contains(step))
         return m_driver->selectLanguage(step, error);
+    if (WindowDriver::dialogNames().contains(step))
+        return m_driver->openDialog(step, error);
+    if (step == QLatin1String("dismiss"))
+        return m_driver->dismissDialog(error);
     if (parseWait(step, pauseMs))
         return true;
     if (step.startsWith(QLatin1String("shot="))) {

@@ -1,6 +1,9 @@
 #include "windowdriver.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QMouseEvent>
+#include <QPainter>
 #include <QDialog>
 #include <QDir>
 #include <QFileInfo>
@@ -20,6 +23,11 @@ QStringList WindowDriver::pageNames()
 QStringList WindowDriver::languageNames()
 {
     return {QStringLiteral("zh"), QStringLiteral("en")};
+}
+
+QStringList WindowDriver::dialogNames()
+{
+    return {QStringLiteral("keypad"), QStringLiteral("datetime")};
 }
 
 QWidget *WindowDriver::child(const char *className, const QString &objectName, QString *error) const
@@ -69,6 +77,53 @@ bool WindowDriver::selectLanguage(const QString &language, QString *error)
     return true;
 }
 
+bool WindowDriver::openDialog(const QString &dialog, QString *error)
+{
+    if (dialog == QLatin1String("keypad")) {
+        QWidget *field = child("QLineEdit", QStringLiteral("brightnessLineEdit"), error);
+        if (!field)
+            return false;
+        const QPoint centre = field->rect().center();
+        QCoreApplication::postEvent(field, new QMouseEvent(QEvent::MouseButtonPress, centre,
+                                                           field->mapToGlobal(centre), Qt::LeftButton,
+                                                           Qt::LeftButton, Qt::NoModifier));
+        QCoreApplication::postEvent(field, new QMouseEvent(QEvent::MouseButtonRelease, centre,
+                                                           field->mapToGlobal(centre), Qt::LeftButton,
+                                                           Qt::NoButton, Qt::NoModifier));
+        return true;
+    }
+    if (dialog == QLatin1String("datetime")) {
+        QWidget *button = child("QPushButton", QStringLiteral("settingButton"), error);
+        if (!button)
+            return false;
+        QMetaObject::invokeMethod(button, "click", Qt::QueuedConnection);
+        return true;
+    }
+    *error = QStringLiteral("unknown dialog \"%1\"").arg(dialog);
+    return false;
+}
+
+QDialog *WindowDriver::topDialog() const
+{
+    auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+    return dialog && dialog != m_window && dialog->isVisible() ? dialog : nullptr;
+}
+
+bool WindowDriver::dismissDialog(QString *error)
+{
+    QDialog *dialog = topDialog();
+    if (!dialog) {
+        *error = QStringLiteral("no dialog is open");
+        return false;
+    }
+    auto *close = dialog->findChild<QPushButton *>(QStringLiteral("closePushButton"));
+    if (close)
+        close->click();
+    else
+        dialog->reject();
+    return true;
+}
+
 bool WindowDriver::pressClose(QString *error)
 {
     auto *button = static_cast<QPushButton *>(
@@ -91,7 +146,11 @@ bool WindowDriver::saveImage(const QString &file, QString *error)
         *error = QStringLiteral("cannot create the folder of %1").arg(file);
         return false;
     }
-    const QPixmap pixmap = m_window->grab();
+    QPixmap pixmap = m_window->grab();
+    if (QDialog *dialog = topDialog()) {
+        QPainter painter(&pixmap);
+        painter.drawPixmap(dialog->mapToGlobal(QPoint()) - m_window->mapToGlobal(QPoint()), dialog->grab());
+    }
     if (pixmap.isNull() || !pixmap.save(file, "PNG")) {
         *error = QStringLiteral("cannot write %1").arg(file);
         return false;

@@ -21,14 +21,25 @@ public:
 
     static QStringList pageNames();       // general, network, version
     static QStringList languageNames();   // zh (row 0), en (row 1)
+    static QStringList dialogNames();     // keypad, datetime
+
+    // Opens one of the general page's modal dialogs the way a touch does:
+    // the keypad from brightnessLineEdit, the date and time dialog from the
+    // "setting" button. The touch is queued, so this returns at once and the
+    // dialog runs its own event loop from the next turn of the caller's.
+    bool openDialog(const QString &dialog, QString *error);
+    // Closes the modal dialog on top with its own close button.
+    bool dismissDialog(QString *error);
 
     bool showPage(const QString &page, QString *error);
     bool selectLanguage(const QString &language, QString *error);
     bool pressClose(QString *error);
-    // Renders the window (not the screen) into a PNG file.
+    // Renders the window (not the screen) into a PNG file, with the modal
+    // dialog on top of it, if one is open, where it stands on the screen.
     bool saveImage(const QString &file, QString *error);
 
 private:
+    QDialog *topDialog() const;
     QWidget *child(const char *className, const QString &objectName, QString *error) const;
 
     QPointer<QDialog> m_window;

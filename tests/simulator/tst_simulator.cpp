@@ -15,6 +15,8 @@
 namespace {
 
 const QStringList kPages = {QStringLiteral("general"), QStringLiteral("network"), QStringLiteral("version")};
+// The general page's dialogs, shot open over it.
+const QStringList kDialogs = {QStringLiteral("keypad"), QStringLiteral("datetime")};
 const QStringList kLanguages = {QStringLiteral("zh"), QStringLiteral("en")};
 
 struct Run {
@@ -168,6 +170,7 @@ private slots:
     void closeButtonDeletesWindowThroughRegister86();
     void languageChangesAreReported();
     void commandsOfThePluginAreReported();
+    void dialogsOpenAndTheirClicksAreShown();
     void rejectsBadArguments();
     void reportsMissingPlugin();
     void scriptOnDesktopGetsPanelSizedScreen();
@@ -215,7 +218,7 @@ void TestSimulator::checkScreenshots(const QString &dir, const QList<QSize> &siz
         const QString sizeDir = QStringLiteral("%1/%2x%3").arg(dir).arg(size.width()).arg(size.height());
         QHash<QString, QImage> images;
         for (const QString &language : kLanguages) {
-            for (const QString &page : kPages) {
+            for (const QString &page : kPages + kDialogs) {
                 const QString file = QStringLiteral("%1/%2_%3.png").arg(sizeDir, page, language);
                 expected << file;
                 QVERIFY2(printed.contains(file), qPrintable(file + QStringLiteral(" not printed")));
@@ -228,13 +231,17 @@ void TestSimulator::checkScreenshots(const QString &dir, const QList<QSize> &siz
             }
         }
         // Each click and each language must have shown something else.
-        for (const QString &page : kPages) {
+        for (const QString &page : kPages + kDialogs) {
             QVERIFY2(images.value(page + QStringLiteral("zh")) != images.value(page + QStringLiteral("en")),
                      qPrintable(page + QStringLiteral(": Chinese and English look the same")));
         }
         for (const QString &language : kLanguages) {
             QVERIFY(images.value(QStringLiteral("general") + language) != images.value(QStringLiteral("network") + language));
             QVERIFY(images.value(QStringLiteral("network") + language) != images.value(QStringLiteral("version") + language));
+            for (const QString &dialog : kDialogs) {
+                QVERIFY2(images.value(dialog + language) != images.value(QStringLiteral("general") + language),
+                         qPrintable(dialog + QStringLiteral(" did not show over the general page")));
+            }
         }
     }
     QCOMPARE(printed.size(), expected.size());
@@ -308,6 +315,19 @@ void TestSimulator::commandsOfThePluginAreReported()
         QVERIFY2(reported.at(i).startsWith(QStringLiteral("ran: ") + tool),
                  qPrintable(reported.at(i) + QStringLiteral(" / ") + tool));
     }
+}
+
+void TestSimulator::dialogsOpenAndTheirClicksAreShown()
+{
+    const Run run = runSimulator({QStringLiteral("--script"),
+                                  QStringLiteral("general,keypad,wait=300,dismiss,datetime,wait=300,dismiss,quit")},
+                                 60000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    // The simulated panel clicks: closing each dialog sounds the buzzer.
+    QVERIFY2(run.out.filter(QStringLiteral("panel: beep (long)")).size() >= 2, qPrintable(describe(run)));
+    // Reading the panel's width for the date dialog is all the clock saw.
+    QVERIFY2(run.out.filter(QRegularExpression(QStringLiteral("^ran: (date|hwclock)"))).isEmpty(),
+             qPrintable(describe(run)));
 }
 
 void TestSimulator::rejectsBadArguments()
