@@ -52,7 +52,6 @@ constexpr int DialogHeight = 120;
 constexpr int FieldHeight = 40;
 constexpr int TitleBarHeight = 50;
 constexpr int BorderWidth = 3;
-constexpr int CloseButtonSide = 45;
 constexpr int PointSize = 13;
 
 // Room for "date -s " and three ints of up to 11 characters each, the two
@@ -62,9 +61,6 @@ constexpr size_t CommandSize = 80;
 constexpr size_t LockRegisterSize = 8;
 
 const char DialogStyle[] = "#DateTimeDialog{border:3px solid rgb(0, 0, 0);}";
-const char TitleBarStyle[] = "QFrame#titleBarFrame{border-image:url(:/Resources/titleBar.png)}";
-const char CloseButtonStyle[] =
-    "QPushButton{border-image: url(:/Resources/close.png); background-color: rgba(255, 255, 255, 0);color:white;}";
 
 const char DateCommand[] = "date -s %d-%d-%d >> /dev/null";
 const char TimeCommand[] = "date -s %d:%d:%d >> /dev/null";
@@ -135,10 +131,8 @@ void DateTimeDialog::init(int fontId)
     setWindowFlags(Qt::FramelessWindowHint);
     setFont(PanelFont::font(fontId, QFont::Bold, PointSize));
 
-    ui->titleBarFrame->setStyleSheet(QString::fromLatin1(TitleBarStyle));
+    DialogDrag::decorate(ui->titleBarFrame, ui->closePushButton);
     ui->titleBarFrame->setFixedSize(m_dialogWidth - 2 * BorderWidth, TitleBarHeight);
-    ui->closePushButton->setFixedSize(CloseButtonSide, CloseButtonSide);
-    ui->closePushButton->setStyleSheet(QString::fromLatin1(CloseButtonStyle));
 
     for (int field = 0; field < FieldCount; ++field)
         fieldEdit(field)->setFixedSize(field == Year ? m_yearWidth : m_fieldWidth, FieldHeight);

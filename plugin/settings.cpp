@@ -7,19 +7,18 @@
 #include "languagelist.h"
 #include "panelfont.h"
 #include "panelroot.h"
+#include "panelscreen.h"
 #include "sysreg.h"
 
 #include <QEvent>
 #include <QFile>
 #include <QFontDatabase>
 #include <QGraphicsDropShadowEffect>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListView>
 #include <QLoggingCategory>
 #include <QPushButton>
-#include <QScreen>
 #include <QSettings>
 #include <QTimer>
 #include <QTranslator>
@@ -53,14 +52,6 @@ const char *const PageIcons[][2] = {
     {":/Resources/version.png", ":/Resources/version_white.png"},
 };
 
-// The panel's screen; a host that has lost its screen still gets a window of
-// the smallest panel's size rather than a crash.
-QSize panelScreenSize()
-{
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    return screen ? screen->geometry().size() : QSize(800, 480);
-}
-
 } // namespace
 
 Settings::Settings(QWidget *parent)
@@ -77,7 +68,7 @@ Settings::Settings(QWidget *parent)
     // host through register 86; a frame's close button would bypass that.
     setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
     readDataFromEE();
-    m_screenWidth = panelScreenSize().width();
+    m_screenWidth = PanelScreen::size().width();
     adjustWgtSize();
     ui->retranslateUi(this);
     m_fontId = QFontDatabase::addApplicationFont(PanelRoot::path(QString::fromLatin1(FontFile)));
@@ -133,7 +124,7 @@ QSize Settings::languageBoxSize(const QSize &screen)
 
 void Settings::adjustWgtSize()
 {
-    const QSize screen = panelScreenSize();
+    const QSize screen = PanelScreen::size();
     ui->comboBox->setFixedSize(languageBoxSize(screen));
     // The window is the whole panel: the close button sits at the screen's
     // right edge, and the bars grow with the larger panels.

@@ -4,12 +4,11 @@
 #include "eeinfohandle.h"
 #include "languagelist.h"
 #include "panelfont.h"
+#include "panelscreen.h"
 
-#include <QGuiApplication>
 #include <QLoggingCategory>
 #include <QPainter>
 #include <QPixmap>
-#include <QScreen>
 #include <QTranslator>
 
 #include <qrcodegen.hpp>
@@ -27,15 +26,6 @@ constexpr int TitleFontPointSize = 13;
 // White quiet zone left of and above the symbol; the right and bottom
 // margin is whatever the integer module size leaves over.
 constexpr int QrQuietZone = 24;
-
-// Used when the host gives us no screen to measure: the smallest panel.
-const QSize FallbackScreen(800, 480);
-
-QSize panelScreenSize()
-{
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    return screen ? screen->geometry().size() : FallbackScreen;
-}
 
 } // namespace
 
@@ -70,7 +60,7 @@ VersionInfoUI::WidgetSizes VersionInfoUI::widgetSizes(const QSize &screen)
 
 void VersionInfoUI::adjustWgtSize()
 {
-    const WidgetSizes sizes = widgetSizes(panelScreenSize());
+    const WidgetSizes sizes = widgetSizes(PanelScreen::size());
     ui->label_space->setFixedWidth(sizes.spaceWidth);
     ui->label_space2->setFixedWidth(sizes.spaceWidth);
     ui->label_title->setFixedHeight(sizes.titleHeight);

@@ -4,6 +4,23 @@
 
 #include <QFrame>
 #include <QMouseEvent>
+#include <QPushButton>
+
+namespace {
+
+constexpr int CloseButtonSide = 45;
+const char TitleBarStyle[] = "QFrame#titleBarFrame{border-image:url(:/Resources/titleBar.png)}";
+const char CloseButtonStyle[] =
+    "QPushButton{border-image: url(:/Resources/close.png); background-color: rgba(255, 255, 255, 0);color:white;}";
+
+} // namespace
+
+void DialogDrag::decorate(QFrame *titleBar, QPushButton *closeButton)
+{
+    titleBar->setStyleSheet(QString::fromLatin1(TitleBarStyle));
+    closeButton->setFixedSize(CloseButtonSide, CloseButtonSide);
+    closeButton->setStyleSheet(QString::fromLatin1(CloseButtonStyle));
+}
 
 void DialogDrag::press(const QMouseEvent *event, const QFrame *titleBar, const QPoint &margin)
 {

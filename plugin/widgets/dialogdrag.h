@@ -5,14 +5,19 @@
 
 class QFrame;
 class QMouseEvent;
+class QPushButton;
 class QWidget;
 
-// Dragging a frameless dialog by its own title bar, shared by the keypad and
-// the date and time dialog. A drag sets InputDialog::p_move so that the
-// settings window repaints and the dialog leaves no trail on it.
+// The title bar of the plug-in's frameless dialogs (the keypad and the date
+// and time dialog): its look, and dragging the dialog by it. A drag sets
+// InputDialog::p_move so that the settings window repaints and the dialog
+// leaves no trail on it.
 class DialogDrag
 {
 public:
+    // The title bar's picture and its 45 x 45 close button.
+    static void decorate(QFrame *titleBar, QPushButton *closeButton);
+
     // A left press inside titleBar (dialog coordinates) starts a drag and
     // remembers where the dialog was taken; any other left press ends it.
     // margin is the dialog's outer layout margin. Releases change nothing.

@@ -12,7 +12,6 @@ namespace {
 
 constexpr int DialogWidth = 470;
 constexpr int DialogHeight = 450;
-constexpr int CloseButtonSide = 45;
 constexpr int KeyWidth = 100;
 constexpr int EnterKeyWidth = 210;
 constexpr int KeyHeight = 60;
@@ -22,9 +21,6 @@ constexpr int KeyPointSize = 15;
 constexpr int RangePointSize = 9;
 
 const char DialogStyle[] = "#InputDialog{border:3px solid rgb(0, 0, 0);}";
-const char TitleBarStyle[] = "QFrame#titleBarFrame{border-image:url(:/Resources/titleBar.png)}";
-const char CloseButtonStyle[] =
-    "QPushButton{border-image: url(:/Resources/close.png); background-color: rgba(255, 255, 255, 0);color:white;}";
 const char KeyStyle[] =
     "QPushButton {border-image:url(:/Resources/button_up.png);color:white;}"
     "QPushButton:pressed {border-image:url(:/Resources/button_down.png);color:white;}";
@@ -70,9 +66,7 @@ void InputDialog::init(int fontId)
     setWindowFlags(Qt::FramelessWindowHint);
     setStyleSheet(QString::fromLatin1(DialogStyle));
 
-    ui->titleBarFrame->setStyleSheet(QString::fromLatin1(TitleBarStyle));
-    ui->closePushButton->setFixedSize(CloseButtonSide, CloseButtonSide);
-    ui->closePushButton->setStyleSheet(QString::fromLatin1(CloseButtonStyle));
+    DialogDrag::decorate(ui->titleBarFrame, ui->closePushButton);
     ui->titleBarFrame->setFixedHeight(ui->closePushButton->height());
 
     const QFont keyFont = PanelFont::font(fontId, QFont::Bold, KeyPointSize);

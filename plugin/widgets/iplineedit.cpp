@@ -4,15 +4,14 @@
 #include "inputdialog.h"
 #include "octetvalidator.h"
 #include "panelroot.h"
+#include "panelscreen.h"
 #include "wirelesswgtui.h"
 
 #include <QEvent>
 #include <QFontDatabase>
-#include <QGuiApplication>
 #include <QLineEdit>
 #include <QLoggingCategory>
 #include <QPointer>
-#include <QScreen>
 #include <QSettings>
 #include <QStringList>
 
@@ -77,12 +76,7 @@ QSize IPLineEdit::fieldSize(const QSize &screen)
 
 void IPLineEdit::resizeUIWgt()
 {
-    const QScreen *screen = QGuiApplication::primaryScreen();
-    if (!screen) {
-        qCDebug(lcIpLineEdit) << "no primary screen, fields keep their size";
-        return;
-    }
-    const QSize size = fieldSize(screen->size());
+    const QSize size = fieldSize(PanelScreen::size());
     for (QLineEdit *field : {ui->lineEdit_ip1, ui->lineEdit_ip2, ui->lineEdit_ip3, ui->lineEdit_ip4})
         field->setFixedSize(size);
 }

@@ -3,6 +3,7 @@
 #include "inputdialog.h"
 #include "keyclick.h"
 #include "settings.h"
+#include "paintcounter.h"
 #include "testharness.h"
 #include "testpanel.h"
 
@@ -12,23 +13,6 @@
 #include <QScreen>
 #include <QSettings>
 #include <QtTest>
-
-namespace {
-
-// Counts the paint events a widget receives.
-class PaintCounter : public QObject
-{
-public:
-    int paints = 0;
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            ++paints;
-        return false;
-    }
-};
-
-} // namespace
 
 class TestSettingsInternal : public QObject
 {
@@ -95,11 +79,10 @@ void TestSettingsInternal::draggedDialogTriggersRepaint()
     window.init();
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    PaintCounter counter;
-    window.installEventFilter(&counter);
+    PaintCounter counter(&window);
     InputDialog::p_move = true;
     QTRY_VERIFY_WITH_TIMEOUT(!InputDialog::p_move, 500);
-    QVERIFY(counter.paints > 0);
+    QVERIFY(counter.count > 0);
 }
 
 void TestSettingsInternal::noRepaintWithoutDrag()
@@ -110,11 +93,10 @@ void TestSettingsInternal::noRepaintWithoutDrag()
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     QTest::qWait(50);
-    PaintCounter counter;
-    window.installEventFilter(&counter);
+    PaintCounter counter(&window);
     InputDialog::p_move = false;
     QTest::qWait(100);
-    QCOMPARE(counter.paints, 0);
+    QCOMPARE(counter.count, 0);
     QVERIFY(!InputDialog::p_move);
 }
 

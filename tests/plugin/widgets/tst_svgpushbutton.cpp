@@ -1,5 +1,6 @@
 // The picture button: it paints its SVG over the whole button and nothing else.
 #include "svgpushbutton.h"
+#include "paintcounter.h"
 #include "testharness.h"
 
 #include <QFile>
@@ -14,21 +15,6 @@ const char HalfRedSvg[] =
     "<rect x=\"0\" y=\"0\" width=\"5\" height=\"10\" fill=\"#ff0000\"/></svg>";
 
 const QColor Red(255, 0, 0);
-
-class PaintCounter : public QObject
-{
-public:
-    explicit PaintCounter(QWidget *widget) { widget->installEventFilter(this); }
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            ++count;
-        return false;
-    }
-};
 
 // Pixels of the image that are not fully transparent.
 int opaquePixels(const QImage &image, const QRect &area)

@@ -1,5 +1,6 @@
 // The on/off switch: its state, the knob's slide and what it paints.
 #include "switchbutton.h"
+#include "paintcounter.h"
 #include "testharness.h"
 
 #include <QElapsedTimer>
@@ -16,22 +17,6 @@ const QColor TrackDisabled(224, 224, 224);
 const QColor Knob(255, 255, 255);
 const QColor Background(0, 0, 0);
 constexpr int ColourTolerance = 2;
-
-// Counts the paint events a widget receives.
-class PaintCounter : public QObject
-{
-public:
-    explicit PaintCounter(QWidget *widget) { widget->installEventFilter(this); }
-    int count = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            ++count;
-        return false;
-    }
-};
 
 QTimer *animationTimer(SwitchButton *button)
 {
