@@ -37,6 +37,25 @@ struct DialogGuard
     QPointer<DateTimeDialog> dialog;
 };
 
+// A panel, its settings file and the one dialog, as most tests want them.
+struct Bench
+{
+    explicit Bench(const SimulatedPanel::Options &options = SimulatedPanel::Options())
+        : panel(options),
+          settings(panel.path(SettingsFile), QSettings::IniFormat),
+          dialog(DateTimeDialog::Instance(-1, &settings, nullptr))
+    {
+    }
+    ~Bench() { delete dialog.data(); }
+
+    // Shows the dialog holding the sample time.
+    void showSample();
+
+    TestPanel panel;
+    QSettings settings;
+    QPointer<DateTimeDialog> dialog;
+};
+
 QLineEdit *field(QWidget *dialog, const char *name)
 {
     return dialog->findChild<QLineEdit *>(QLatin1String(name));
@@ -71,6 +90,13 @@ void sendMove(QWidget *dialog, const QPoint &local)
 QDateTime sampleTime()
 {
     return QDateTime(QDate(2024, 2, 10), QTime(8, 0, 30));
+}
+
+void Bench::showSample()
+{
+    QDateTime time = sampleTime();
+    dialog->onUpdateCurrentDateTime(time);
+    dialog->show();
 }
 
 } // namespace
@@ -157,13 +183,11 @@ void TestDateTimeDialog::fieldsShowZeroFilled()
 {
     QFETCH(QDateTime, time);
     QFETCH(QStringList, texts);
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    guard.dialog->onUpdateCurrentDateTime(time);
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    bench.dialog->onUpdateCurrentDateTime(time);
     for (int i = 0; i < 6; ++i)
-        QCOMPARE(field(guard.dialog, FieldNames[i])->text(), texts[i]);
+        QCOMPARE(field(bench.dialog, FieldNames[i])->text(), texts[i]);
 }
 
 void TestDateTimeDialog::fieldOpensKeypadWithItsRange_data()
@@ -186,13 +210,9 @@ void TestDateTimeDialog::fieldOpensKeypadWithItsRange()
     QFETCH(QString, minText);
     QFETCH(QString, maxText);
     QFETCH(QString, current);
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    QDateTime time = sampleTime();
-    guard.dialog->onUpdateCurrentDateTime(time);
-    guard.dialog->show();
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    bench.showSample();
 
     bool shown = false;
     QString seenMin, seenMax, seenCurrent;
@@ -204,7 +224,7 @@ void TestDateTimeDialog::fieldOpensKeypadWithItsRange()
         QTest::mouseClick(keypad->findChild<QPushButton *>(QStringLiteral("closePushButton")),
                           Qt::LeftButton);
     });
-    touch(field(guard.dialog, qPrintable(name)));
+    touch(field(bench.dialog, qPrintable(name)));
     QVERIFY(shown);
     QCOMPARE(seenMin, minText);
     QCOMPARE(seenMax, maxText);
@@ -223,16 +243,12 @@ void TestDateTimeDialog::lockedClockOpensNoKeypad()
 {
     QFETCH(bool, buzzer);
     QFETCH(int, beeps);
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    setBuzzer(settings, buzzer);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    QDateTime time = sampleTime();
-    guard.dialog->onUpdateCurrentDateTime(time);
-    guard.dialog->show();
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    setBuzzer(bench.settings, buzzer);
+    bench.showSample();
     QVERIFY(setClockLock(1));
-    panel.clearCalls();
+    bench.panel.clearCalls();
 
     // A keypad would block the press in exec() until answered here.
     constexpr int WaitMs = 300;
@@ -242,14 +258,14 @@ void TestDateTimeDialog::lockedClockOpensNoKeypad()
         keypadShown = true;
         keypad->reject();
     }, WaitMs);
-    QLineEdit *minute = field(guard.dialog, "minuteLineEdit");
+    QLineEdit *minute = field(bench.dialog, "minuteLineEdit");
     touch(minute);
     QTRY_COMPARE(ModalDriver::pending(), 0);
     QVERIFY(!keypadShown);
     QCOMPARE(minute->text(), QStringLiteral("00"));
-    QCOMPARE(panel.calls("date"), CallList());
-    QCOMPARE(panel.calls("hwclock"), CallList());
-    QCOMPARE(panel.calls("setbeep").size(), beeps);
+    QCOMPARE(bench.panel.calls("date"), CallList());
+    QCOMPARE(bench.panel.calls("hwclock"), CallList());
+    QCOMPARE(bench.panel.calls("setbeep").size(), beeps);
 
     // The same touch with the lock cleared does open the keypad.
     QVERIFY(setClockLock(0));
@@ -287,29 +303,25 @@ void TestDateTimeDialog::acceptedValueSetsTheClock()
     QFETCH(QString, shown);
     QFETCH(QString, date);
     QFETCH(QString, time);
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    setBuzzer(settings, false);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    QDateTime now = sampleTime();
-    guard.dialog->onUpdateCurrentDateTime(now);
-    guard.dialog->show();
-    panel.clearCalls();
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    setBuzzer(bench.settings, false);
+    bench.showSample();
+    bench.panel.clearCalls();
 
     QStringList seen;
     ModalDriver::typeOnKeypad(keys, &seen);
-    QLineEdit *edit = field(guard.dialog, qPrintable(name));
+    QLineEdit *edit = field(bench.dialog, qPrintable(name));
     touch(edit);
     QCOMPARE(seen.size(), keys.size());
     QCOMPARE(edit->text(), shown);
-    QVERIFY(guard.dialog->focusWidget() != edit);
+    QVERIFY(bench.dialog->focusWidget() != edit);
     const CallList expected{
         {"date", "-s", date},
         {"date", "-s", time},
         {"hwclock", "--systohc", "--utc"},
     };
-    QCOMPARE(panel.calls(), expected);
+    QCOMPARE(bench.panel.calls(), expected);
 }
 
 void TestDateTimeDialog::cancelLeavesClockUntouched_data()
@@ -323,40 +335,34 @@ void TestDateTimeDialog::cancelLeavesClockUntouched_data()
 void TestDateTimeDialog::cancelLeavesClockUntouched()
 {
     QFETCH(QStringList, keys);
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    QDateTime now = sampleTime();
-    guard.dialog->onUpdateCurrentDateTime(now);
-    guard.dialog->show();
-    panel.clearCalls();
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    bench.showSample();
+    bench.panel.clearCalls();
 
     QStringList seen;
     ModalDriver::typeOnKeypad(keys, &seen);
-    QLineEdit *hour = field(guard.dialog, "hourLineEdit");
+    QLineEdit *hour = field(bench.dialog, "hourLineEdit");
     touch(hour);
     QCOMPARE(seen.size(), keys.size());
     QCOMPARE(hour->text(), QStringLiteral("08"));
-    QCOMPARE(panel.calls("date"), CallList());
-    QCOMPARE(panel.calls("hwclock"), CallList());
+    QCOMPARE(bench.panel.calls("date"), CallList());
+    QCOMPARE(bench.panel.calls("hwclock"), CallList());
 
     // The cancelled value is not kept either: the next accepted field sets
     // the clock from the values the dialog was fed.
     ModalDriver::typeOnKeypad({"7", "ENTER"});
-    touch(field(guard.dialog, "secondLineEdit"));
+    touch(field(bench.dialog, "secondLineEdit"));
     const CallList expected{{"date", "-s", "2024-2-10"}, {"date", "-s", "8:0:7"}};
-    QCOMPARE(panel.calls("date"), expected);
+    QCOMPARE(bench.panel.calls("date"), expected);
 }
 
 void TestDateTimeDialog::emptyFieldOpensNoKeypad()
 {
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    guard.dialog->show();
-    panel.clearCalls();
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    bench.dialog->show();
+    bench.panel.clearCalls();
 
     bool keypadShown = false;
     QTest::ignoreMessage(QtWarningMsg, "ModalDriver: no modal dialog to answer within 300 ms");
@@ -364,12 +370,12 @@ void TestDateTimeDialog::emptyFieldOpensNoKeypad()
         keypadShown = true;
         keypad->reject();
     }, 300);
-    touch(field(guard.dialog, "yearLineEdit"));
+    touch(field(bench.dialog, "yearLineEdit"));
     QTRY_COMPARE(ModalDriver::pending(), 0);
     QVERIFY(!keypadShown);
-    QCOMPARE(panel.calls("date"), CallList());
+    QCOMPARE(bench.panel.calls("date"), CallList());
     // The press still clicks: the buzzer of the simulated panel is on.
-    QCOMPARE(panel.calls("setbeep").size(), 1);
+    QCOMPARE(bench.panel.calls("setbeep").size(), 1);
 }
 
 void TestDateTimeDialog::secondInstanceIsTheSame()
@@ -410,11 +416,9 @@ void TestDateTimeDialog::sizesFollowPanelWidth()
     QFETCH(int, fieldWidth);
     SimulatedPanel::Options options;
     options.screenWidth = screenWidth;
-    TestPanel panel(options);
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    DateTimeDialog *dialog = guard.dialog;
+    Bench bench(options);
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    DateTimeDialog *dialog = bench.dialog;
     QDateTime now = sampleTime();
     dialog->onUpdateCurrentDateTime(now);
     dialog->show();
@@ -461,11 +465,9 @@ void TestDateTimeDialog::sizesFollowPanelWidth()
 
 void TestDateTimeDialog::titleBarDragSetsMoveFlag()
 {
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    DateTimeDialog *dialog = guard.dialog;
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    DateTimeDialog *dialog = bench.dialog;
     dialog->move(100, 100);
     dialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(dialog));
@@ -482,11 +484,9 @@ void TestDateTimeDialog::titleBarDragSetsMoveFlag()
 
 void TestDateTimeDialog::pressOutsideTitleBarStartsNoDrag()
 {
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    DateTimeDialog *dialog = guard.dialog;
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    DateTimeDialog *dialog = bench.dialog;
     dialog->move(100, 100);
     dialog->show();
     QVERIFY(QTest::qWaitForWindowExposed(dialog));
@@ -503,22 +503,20 @@ void TestDateTimeDialog::pressOutsideTitleBarStartsNoDrag()
 
 void TestDateTimeDialog::otherObjectsEventsAreSwallowed()
 {
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
     QDateTime now = sampleTime();
-    guard.dialog->onUpdateCurrentDateTime(now);
+    bench.dialog->onUpdateCurrentDateTime(now);
 
     QLineEdit stranger;
     QTest::keyClick(&stranger, Qt::Key_A);
     QCOMPARE(stranger.text(), QStringLiteral("a"));
-    stranger.installEventFilter(guard.dialog);
+    stranger.installEventFilter(bench.dialog);
     QTest::keyClick(&stranger, Qt::Key_B);
     QCOMPARE(stranger.text(), QStringLiteral("a"));
 
     // The dialog's own fields get their key events.
-    QLineEdit *month = field(guard.dialog, "monthLineEdit");
+    QLineEdit *month = field(bench.dialog, "monthLineEdit");
     month->setCursorPosition(month->text().size());
     QTest::keyClick(month, Qt::Key_1);
     QCOMPARE(month->text(), QStringLiteral("021"));
@@ -536,20 +534,18 @@ void TestDateTimeDialog::closeButtonClosesAndBeeps()
 {
     QFETCH(bool, buzzer);
     QFETCH(int, beeps);
-    TestPanel panel;
-    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    QSettings settings(panel.path(SettingsFile), QSettings::IniFormat);
-    setBuzzer(settings, buzzer);
-    DialogGuard guard(DateTimeDialog::Instance(-1, &settings, nullptr));
-    guard.dialog->show();
-    QVERIFY(QTest::qWaitForWindowExposed(guard.dialog));
-    panel.clearCalls();
+    Bench bench;
+    QVERIFY2(bench.panel.isValid(), qPrintable(bench.panel.errorString()));
+    setBuzzer(bench.settings, buzzer);
+    bench.dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.dialog));
+    bench.panel.clearCalls();
 
-    QTest::mouseClick(guard.dialog->findChild<QPushButton *>(QStringLiteral("closePushButton")),
+    QTest::mouseClick(bench.dialog->findChild<QPushButton *>(QStringLiteral("closePushButton")),
                       Qt::LeftButton);
-    QVERIFY(!guard.dialog->isVisible());
-    QCOMPARE(panel.calls("setbeep").size(), beeps);
-    QCOMPARE(panel.calls("date"), CallList());
+    QVERIFY(!bench.dialog->isVisible());
+    QCOMPARE(bench.panel.calls("setbeep").size(), beeps);
+    QCOMPARE(bench.panel.calls("date"), CallList());
 }
 
 PANEL_GUI_TEST_MAIN(TestDateTimeDialog)
