@@ -4,9 +4,10 @@
 #include "eeinfohandle.h"
 #include "inputdialog.h"
 #include "keyclick.h"
+#include "commandtext.h"
 #include "localreg.h"
 #include "panelfont.h"
-#include "panelroot.h"
+#include "processrunner.h"
 #include "sysreg.h"
 
 #include <QDateTime>
@@ -54,9 +55,6 @@ constexpr int TitleBarHeight = 50;
 constexpr int BorderWidth = 3;
 constexpr int PointSize = 13;
 
-// Room for "date -s " and three ints of up to 11 characters each, the two
-// separators and " >> /dev/null", with a margin.
-constexpr size_t CommandSize = 80;
 // Register 80 is a single bit; a few bytes leave room should it grow.
 constexpr size_t LockRegisterSize = 8;
 
@@ -66,13 +64,12 @@ const char DateCommand[] = "date -s %d-%d-%d >> /dev/null";
 const char TimeCommand[] = "date -s %d:%d:%d >> /dev/null";
 const char HwClockCommand[] = "hwclock --systohc --utc";
 
-QByteArray formatCommand(const char *format, int a, int b, int c)
+QVector<CommandText> clockCommandTexts(int year, int month, int day, int hour, int minute,
+                                       int second)
 {
-    char text[CommandSize];
-    const int length = std::snprintf(text, sizeof text, format, a, b, c);
-    if (length < 0 || size_t(length) >= sizeof text)
-        return QByteArray();
-    return QByteArray(text, length);
+    return {CommandText(DateCommand).number(year).number(month).number(day),
+            CommandText(TimeCommand).number(hour).number(minute).number(second),
+            CommandText(HwClockCommand)};
 }
 
 // The host application locks the clock with register 80; any bit set in its
@@ -147,21 +144,19 @@ void DateTimeDialog::connectSlots()
 QByteArrayList DateTimeDialog::clockCommands(int year, int month, int day, int hour, int minute,
                                              int second)
 {
-    return {formatCommand(DateCommand, year, month, day),
-            formatCommand(TimeCommand, hour, minute, second), QByteArray(HwClockCommand)};
+    QByteArrayList texts;
+    for (const CommandText &command : clockCommandTexts(year, month, day, hour, minute, second))
+        texts << command.text();
+    return texts;
 }
 
 void DateTimeDialog::setSystemTime(int year, int month, int day, int hour, int minute, int second)
 {
-    const QByteArrayList commands = clockCommands(year, month, day, hour, minute, second);
-    for (const QByteArray &command : commands) {
-        if (command.isEmpty())
-            continue;
-        const QByteArray text = PanelRoot::command(command.constData());
+    for (const CommandText &command : clockCommandTexts(year, month, day, hour, minute, second)) {
         // The exit status is only logged: the next second's update of the
         // fields shows what the clock really holds.
-        const int status = std::system(text.constData());
-        qCDebug(lcDateTime) << text << "exit status" << status;
+        const int status = runCommand(command);
+        qCDebug(lcDateTime) << command.text() << "exit status" << status;
     }
 }
 

@@ -1,5 +1,6 @@
 #include "generalsettings.h"
 
+#include "commandtext.h"
 #include "datetimedialog.h"
 #include "eeinfohandle.h"
 #include "flash_ronly.h"
@@ -7,6 +8,8 @@
 #include "keyclick.h"
 #include "languagelist.h"
 #include "panelfont.h"
+#include "panelroot.h"
+#include "processrunner.h"
 #include "sysreg.h"
 
 #include <QFrame>
@@ -58,6 +61,7 @@ constexpr int StepBoxSpacing = 4;
 constexpr int DateTimeIndent = 10;      // keeps the clock clear of its caption
 constexpr int ProcessLineSize = 128;    // the longest ps line we look at
 constexpr int ProcessCommandSize = 256;
+const char ProcessQuery[] = "ps -ef | grep %s|grep -v grep";
 
 // Slider minimum width and "setting" button width by panel width; any
 // other panel gets the smallest layout.
@@ -552,21 +556,20 @@ bool GeneralSettings::eventFilter(QObject *watched, QEvent *event)
 
 int GeneralSettings::detect_process(const char *name)
 {
-    char command[ProcessCommandSize];
-    const int length = std::snprintf(command, sizeof command, "ps -ef | grep %s|grep -v grep", name ? name : "");
-    if (length < 0 || length >= int(sizeof command)) {
-        qCDebug(lcGeneral) << "process name too long to look for";
+    const CommandText command = CommandText(ProcessQuery, ProcessCommandSize).word(name);
+    if (!command.isValid()) {
+        qCDebug(lcGeneral) << "not looking for the process:" << command.errorString();
         return -1;
     }
-    FILE *pipe = popen(command, "r");
-    if (!pipe) {
-        qCDebug(lcGeneral) << "cannot run" << command;
-        return -1;
-    }
+    const QByteArray text = PanelRoot::command(command.text().constData());
+    // Only the first line counts; ps and grep end on the closed pipe.
     char line[ProcessLineSize + 1] = {};
-    const bool found = std::fgets(line, sizeof line, pipe) != nullptr;
-    pclose(pipe);
-    if (!found)
+    if (ProcessRunner::readFrom(text.constData(), line, ProcessLineSize, WaitBound::ShellCommand)
+        == ProcessRunner::NotStarted) {
+        qCDebug(lcGeneral) << "cannot run" << text;
+        return -1;
+    }
+    if (!line[0])
         return 1;
     return int(qBound<long>(INT_MIN, std::strtol(line, nullptr, 10), INT_MAX));
 }

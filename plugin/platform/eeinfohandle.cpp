@@ -1,13 +1,13 @@
 #include "eeinfohandle.h"
 
+#include "commandtext.h"
 #include "panelroot.h"
 #include "platformlog.h"
+#include "processrunner.h"
 #include "resolverfile.h"
-#include "sigpipeguard.h"
 
 #include <QFile>
 
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -30,33 +30,27 @@ const char ResolverPath[] = "/etc/resolv.conf";
 const char BackupResolverCommand[] = "cp /etc/resolv.conf /etc/resolvbak.conf";
 const char UsbSlaveAnswer[] = "plug-in";
 
-// Command texts are at most this long, like the firmware tools expect.
-constexpr int CommandSize = 128;
 // Answers of the query tools are short numbers or words.
 constexpr int AnswerSize = 32;
 // The identity tools always take this many bytes.
 constexpr int TextBlockSize = 32;
-// readLogo copies the tool's output in pieces of this size.
-constexpr int LogoChunkSize = 254;
 
-// Formats a command into a bounded, zero-filled buffer and runs it with the
-// panel root applied to every absolute path in it.
-int runCommand(const char *format, ...) __attribute__((format(printf, 1, 2)));
-
-int runCommand(const char *format, ...)
+// Runs a network command and then "sync"; the status of "sync", or -1 with
+// neither run when the command's values failed their checks.
+int runWithSync(const CommandText &command)
 {
-    char text[CommandSize];
-    std::memset(text, 0, sizeof(text));
-    va_list args;
-    va_start(args, format);
-    vsnprintf(text, sizeof(text), format, args);
-    va_end(args);
-    return system(PanelRoot::command(text).constData());
+    const bool valid = command.isValid();
+    runCommand(command);        // an invalid one is only logged
+    return valid ? runCommand(CommandText("sync")) : -1;
 }
 
-int runSync()
+// Starts a logo tool with nothing to exchange, as the firmware expects when
+// there is no logo to pass: it runs and ends on the closed stream.
+int runIdle(const char *command, bool input)
 {
-    return system("sync");
+    const QByteArray text = PanelRoot::command(command);
+    return input ? ProcessRunner::writeTo(text.constData(), nullptr, 0, WaitBound::LogoTool)
+                 : ProcessRunner::readFrom(text.constData(), nullptr, 0, WaitBound::LogoTool);
 }
 
 } // namespace
@@ -73,18 +67,32 @@ EEInfoHandle::EEInfoHandle()
     std::memset(m_image, 0, sizeof(m_image));
 }
 
-void EEInfoHandle::readImage()
+bool EEInfoHandle::readImage()
 {
-    // Raw bytes, no length check: a short answer keeps the previous tail.
+    // Raw bytes, no parsing: a short answer keeps the previous tail, and the
+    // caller's record gets the buffer as it stands.
     m_image[0] = 0;
-    m_platform.readcmd(PanelRoot::command(ReadImageTool).constData(),
-                       reinterpret_cast<char *>(m_image), int(sizeof(m_image)));
+    int count = 0;
+    const int result = m_platform.readcmd(PanelRoot::command(ReadImageTool).constData(),
+                                          reinterpret_cast<char *>(m_image), int(sizeof(m_image)),
+                                          &count, WaitBound::ImageTool);
+    m_lastReadComplete = result == 0 && count == int(sizeof(m_image));
+    return m_lastReadComplete;
 }
 
-void EEInfoHandle::writeImage()
+template<class Record>
+void EEInfoHandle::writeRecord(const Record &record)
 {
+    // Only over a whole, fresh image: a short or failed read would put stale
+    // or zeroed bytes over records and identities this plug-in does not own.
+    if (!readImage()) {
+        qCWarning(lcPlatform, "device image not written: its read did not return all %d bytes",
+                  int(sizeof(m_image)));
+        return;
+    }
+    EEInfoDetail::recordToImage(record, m_image);
     m_platform.writecmd(PanelRoot::command(WriteImageTool).constData(),
-                        reinterpret_cast<char *>(m_image), int(sizeof(m_image)));
+                        reinterpret_cast<char *>(m_image), int(sizeof(m_image)), WaitBound::ImageTool);
 }
 
 void EEInfoHandle::read_flash_wr1_info(EEInfoDetail::Flash_WR_1 *record)
@@ -113,20 +121,14 @@ void EEInfoHandle::read_flash_wr2_info(EEInfoDetail::Flash_WR_2 *record)
 
 void EEInfoHandle::write_flash_wr1_info(EEInfoDetail::Flash_WR_1 *record)
 {
-    if (!record)
-        return;
-    readImage();
-    EEInfoDetail::recordToImage(*record, m_image);
-    writeImage();
+    if (record)
+        writeRecord(*record);
 }
 
 void EEInfoHandle::write_flash_wr2_info(EEInfoDetail::Flash_WR_2 *record)
 {
-    if (!record)
-        return;
-    readImage();
-    EEInfoDetail::recordToImage(*record, m_image);
-    writeImage();
+    if (record)
+        writeRecord(*record);
 }
 
 int EEInfoHandle::getbright()
@@ -141,12 +143,13 @@ int EEInfoHandle::getbright()
 
 int EEInfoHandle::setBright(int level)
 {
-    return runCommand(SetBrightFormat, level);
+    return runCommand(CommandText(SetBrightFormat).number(level), WaitBound::FirmwareTool);
 }
 
 int EEInfoHandle::setBeep(bool longBeep)
 {
-    return runCommand(SetBeepFormat, longBeep ? "long" : "short");
+    return runCommand(CommandText(SetBeepFormat).word(longBeep ? "long" : "short"),
+                      WaitBound::FirmwareTool);
 }
 
 int EEInfoHandle::writeText(const char *command, const char *text)
@@ -172,108 +175,80 @@ int EEInfoHandle::setserial(const char *text)
 
 void EEInfoHandle::readLogo(const std::string &path)
 {
-    FILE *tool = popen(PanelRoot::command(ReadLogoTool).constData(), "r");
-    if (!tool) {
+    // The tool's output is a pipe, whose size cannot be taken, so nothing of
+    // it is copied and the logo file is created empty; the firmware's reader
+    // relies on this. The tool still runs, and ends on the closed pipe.
+    if (runIdle(ReadLogoTool, false) == ProcessRunner::NotStarted) {
         perror("readLogo Fail to popen fp1\n");
         return;
     }
     FILE *out = fopen(PanelRoot::path(path.c_str()).constData(), "wb");
     if (!out) {
         perror("readLogo Fail to popen fp2\n");
-        pclose(tool);   // closing our end stops a tool still writing
         return;
     }
     qCDebug(lcPlatform, "------start------");
-    // On a pipe the size query fails, so the logo file stays empty; the
-    // firmware's reader relies on this behaviour and it is kept.
-    long size = -1;
-    if (fseek(tool, 0, SEEK_END) == 0)
-        size = ftell(tool);
-    rewind(tool);
-    if (size > 0) {
-        char chunk[LogoChunkSize];
-        size_t got = 0;
-        while ((got = fread(chunk, 1, sizeof(chunk), tool)) > 0) {
-            fwrite(chunk, 1, got, out);
-            qCDebug(lcPlatform, "------------write------fp2");
-        }
-    }
     fclose(out);
-    pclose(tool);
 }
 
 void EEInfoHandle::setLogo(const std::string &path)
 {
-    FILE *tool = popen(PanelRoot::command(WriteLogoTool).constData(), "w");
-    if (!tool) {
-        perror("writelogo Fail to popen fp1\n");
-        return;
-    }
-    SigPipeGuard guard;
-    if (path.empty()) {
-        pclose(tool);
-        return;
-    }
-    FILE *in = fopen(PanelRoot::path(path.c_str()).constData(), "rb");
+    FILE *in = path.empty() ? nullptr : fopen(PanelRoot::path(path.c_str()).constData(), "rb");
+    const bool opened = in != nullptr;
     long size = -1;
     if (in && fseek(in, 0, SEEK_END) == 0)
         size = ftell(in);
-    if (!in || size < 0 || size > MaxLogoSize) {
-        qCWarning(lcPlatform, "pic size is out of 6M");
-        if (in)
-            fclose(in);
-        pclose(tool);
-        return;
+    std::unique_ptr<char[]> data;
+    if (in && size > 0 && size <= MaxLogoSize) {
+        rewind(in);
+        data.reset(new char[size_t(size)]);
+        size = long(fread(data.get(), 1, size_t(size), in));
     }
-    if (size == 0) {
+    if (in)
         fclose(in);
-        pclose(tool);
+    // The tool is started in every case; without a logo it gets no input.
+    const QByteArray tool = PanelRoot::command(WriteLogoTool);
+    const int result = ProcessRunner::writeTo(tool.constData(), data.get(), data ? int(size) : 0,
+                                              WaitBound::LogoTool);
+    if (result == ProcessRunner::NotStarted) {
+        perror("writelogo Fail to popen fp1\n");
         return;
     }
-    rewind(in);
-    std::unique_ptr<char[]> data(new char[size_t(size)]);
-    const size_t got = fread(data.get(), 1, size_t(size), in);
-    fwrite(data.get(), 1, got, tool);
-    fclose(in);
-    sync();
-    data.reset();
-    pclose(tool);
+    if (!path.empty() && (!opened || size < 0 || size > MaxLogoSize))
+        qCWarning(lcPlatform, "pic size is out of 6M");
+    if (data)
+        sync();
 }
 
 int EEInfoHandle::setIP(int adapter, std::string address)
 {
-    runCommand("ifconfig eth%d %s", adapter, address.c_str());
-    return runSync();
+    return runWithSync(CommandText("ifconfig eth%d %s").adapter(adapter).ipv4(address));
 }
 
 int EEInfoHandle::setMask(int adapter, std::string mask)
 {
-    runCommand("ifconfig eth%d netmask %s", adapter, mask.c_str());
-    return runSync();
+    return runWithSync(CommandText("ifconfig eth%d netmask %s").adapter(adapter).ipv4(mask));
 }
 
 int EEInfoHandle::setGateway(int adapter, std::string gateway)
 {
     Q_UNUSED(adapter)
-    runCommand("route add default gw %s", gateway.c_str());
-    return runSync();
+    return runWithSync(CommandText("route add default gw %s").ipv4(gateway));
 }
 
 int EEInfoHandle::enableNetwork(int adapter)
 {
-    runCommand("ifconfig eth%d up", adapter);
-    return runSync();
+    return runWithSync(CommandText("ifconfig eth%d up").adapter(adapter));
 }
 
 int EEInfoHandle::disableNetwork(int adapter)
 {
-    runCommand("ifconfig eth%d down", adapter);
-    return runSync();
+    return runWithSync(CommandText("ifconfig eth%d down").adapter(adapter));
 }
 
 int EEInfoHandle::reboot()
 {
-    return runCommand("reboot");
+    return runCommand(CommandText("reboot"));
 }
 
 int EEInfoHandle::isusbslave()
@@ -315,5 +290,5 @@ void EEInfoHandle::replaceDns(QFile &file, int adapter, int which, QString serve
     }
     // The backup restores the resolver file after a volatile restart, so it
     // is refreshed even when the rewrite failed.
-    runCommand("%s", BackupResolverCommand);
+    runCommand(CommandText(BackupResolverCommand));
 }

@@ -24,8 +24,14 @@ public:
     void read_flash_wr2_info(EEInfoDetail::Flash_WR_2 *record);
     // Read-modify-write of the whole image, so bytes other programs changed
     // since our last read survive. A null pointer runs nothing.
+    // Nothing is written when that fresh read does not return the whole
+    // image (a warning is logged instead).
     void write_flash_wr1_info(EEInfoDetail::Flash_WR_1 *record);
     void write_flash_wr2_info(EEInfoDetail::Flash_WR_2 *record);
+
+    // Whether the last run of the image reader returned all 1024 bytes.
+    // A record read after a failed or short read holds stale bytes.
+    bool lastReadComplete() const { return m_lastReadComplete; }
 
     int getbright();                     // 0 when the tool printed nothing
     int setBright(int level);
@@ -35,7 +41,9 @@ public:
     void readLogo(const std::string &path);
     void setLogo(const std::string &path);
 
-    // Network commands; each returns the status of the "sync" that follows.
+    // Network commands; each returns the status of the "sync" that follows,
+    // or -1 without running anything when the adapter is not 0 or 1 or the
+    // address is not a dotted IPv4 address.
     int setIP(int adapter, std::string address);
     int setMask(int adapter, std::string mask);
     int setGateway(int adapter, std::string gateway);   // adapter unused
@@ -58,12 +66,14 @@ private:
     EEInfoHandle(const EEInfoHandle &) = delete;
     EEInfoHandle &operator=(const EEInfoHandle &) = delete;
 
-    void readImage();
-    void writeImage();
+    bool readImage();
+    template<class Record>
+    void writeRecord(const Record &record);
     int writeText(const char *command, const char *text);
 
     unsigned char m_image[EEInfoDetail::ImageSize];
     PlateformInterface m_platform;
+    bool m_lastReadComplete = false;
 };
 
 #endif // EEINFOHANDLE_H

@@ -1,44 +1,33 @@
 #include "plateforminterface.h"
 
-#include "sigpipeguard.h"
-
-#include <QtGlobal>
 #include <cstdio>
 
-int PlateformInterface::readcmd(const char *command, char *buf, int size)
+int PlateformInterface::readcmd(const char *command, char *buf, int size, int *count, int boundMs)
 {
+    if (count)
+        *count = 0;
     if (!buf || size <= 0)
         return -1;
     buf[0] = 0;
     if (!command)
         return -1;
-    FILE *fp = popen(command, "r");
-    if (!fp) {
+    // A short answer leaves the rest of the caller's buffer as it was.
+    const int result = ProcessRunner::readFrom(command, buf, size, boundMs, count);
+    if (result == ProcessRunner::NotStarted) {
         perror("Fail to popen\n");
         return -1;
     }
-    // One read only: the tools write their answer in one go, and a short
-    // answer must leave the rest of the caller's buffer as it was.
-    const size_t got = fread(buf, 1, size_t(size), fp);
-    Q_UNUSED(got)
-    pclose(fp);
-    return 0;
+    return result == ProcessRunner::Done ? 0 : -1;
 }
 
-int PlateformInterface::writecmd(const char *command, char *buf, int size)
+int PlateformInterface::writecmd(const char *command, char *buf, int size, int boundMs)
 {
     if (!command || !buf || size < 0)
         return -1;
-    FILE *fp = popen(command, "w");
-    if (!fp) {
+    const int result = ProcessRunner::writeTo(command, buf, size, boundMs);
+    if (result == ProcessRunner::NotStarted) {
         perror("Fail to popen\n");
         return -1;
     }
-    // A tool that exits without reading its input must not take the host
-    // down; the guard also covers the flush inside pclose.
-    SigPipeGuard guard;
-    const size_t put = fwrite(buf, 1, size_t(size), fp);
-    Q_UNUSED(put)
-    pclose(fp);
-    return 0;
+    return result == ProcessRunner::Done ? 0 : -1;
 }
