@@ -110,7 +110,7 @@ void Settings::init()
 void Settings::readDataFromEE()
 {
     EEInfoHandle *device = EEInfoHandle::instance();
-    device->read_flash_wr1_info(&m_flashWR1);
+    m_flashWR1.load();
     device->read_flash_wr2_info(&m_flashWR2);
     device->read_flash_r_info(&m_flashROnly);
 }
@@ -168,7 +168,7 @@ void Settings::setTitleBarButtons()
     m_closeButton->setStyleSheet(QStringLiteral(
         "QPushButton{border-image: url(:/Resources/close.png); background-color: rgba(255, 255, 255, 0);color:white;}"));
     m_closeButton->raise();
-    m_closeButton->setVisible(m_flashWR1.closeButtonHidden == 0);
+    m_closeButton->setVisible(m_flashWR1.record().closeButtonHidden == 0);
 }
 
 void Settings::setSettingsFrame()
@@ -180,12 +180,12 @@ void Settings::setSettingsFrame()
 
 void Settings::setGeneralSettingsList()
 {
-    ui->generalSettingsListWidget->init(m_fontId, m_flashWR1, m_settings);
+    ui->generalSettingsListWidget->init(m_fontId, m_flashWR1.record(), m_settings);
 }
 
 void Settings::setNetworkSettingsList()
 {
-    ui->networkSettingsListWidget->init(m_fontId, m_flashWR1, m_flashROnly, m_settings);
+    ui->networkSettingsListWidget->init(m_fontId, m_flashWR1.record(), m_flashROnly, m_settings);
 }
 
 void Settings::setVersionList()
@@ -329,30 +329,11 @@ void Settings::onCloseClicked()
 
 void Settings::onUpdateEEData(EEInfoDetail::Flash_WR_1 &record, Settings::FlashWR1DataType type)
 {
-    switch (type) {
-    case WholeRecord:
-        m_flashWR1 = record;
-        break;
-    case Brightness:
-        m_flashWR1.brightness = record.brightness;
-        m_recordDirty = true;
-        break;
-    case IpAddress:
-        m_flashWR1.eth0Ip = record.eth0Ip;
-        m_flashWR1.eth1Ip = record.eth1Ip;
-        break;
-    case SubnetMask:
-        m_flashWR1.eth0Mask = record.eth0Mask;
-        m_flashWR1.eth1Mask = record.eth1Mask;
-        break;
-    case Gateway:
-        m_flashWR1.eth0Gateway = record.eth0Gateway;
-        m_flashWR1.eth1Gateway = record.eth1Gateway;
-        break;
-    default:
+    if (!m_flashWR1.merge(record, type))
         return;
-    }
-    EEInfoHandle::instance()->write_flash_wr1_info(&m_flashWR1);
+    if (type == Brightness)
+        m_recordDirty = true;
+    m_flashWR1.write();
 }
 
 void Settings::onWriteEEData()
@@ -361,7 +342,7 @@ void Settings::onWriteEEData()
     // second later makes sure the device ends up with the last value.
     if (!m_recordDirty)
         return;
-    EEInfoHandle::instance()->write_flash_wr1_info(&m_flashWR1);
+    m_flashWR1.write();
     m_recordDirty = false;
 }
 

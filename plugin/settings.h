@@ -4,6 +4,7 @@
 #include "flash_ronly.h"
 #include "flash_wr_1.h"
 #include "flash_wr_2.h"
+#include "windowrecord.h"
 
 #include <QDialog>
 #include <QHash>
@@ -32,7 +33,13 @@ public:
     Q_ENUM(Language)
 
     // Which part of the read-write record a page changed.
-    enum FlashWR1DataType : qint32 { WholeRecord = 0, Brightness = 1, IpAddress = 2, SubnetMask = 3, Gateway = 4 };
+    enum FlashWR1DataType : qint32 {
+        WholeRecord = WindowRecord::WholeRecord,
+        Brightness = WindowRecord::Brightness,
+        IpAddress = WindowRecord::IpAddress,
+        SubnetMask = WindowRecord::SubnetMask,
+        Gateway = WindowRecord::Gateway,
+    };
     Q_ENUM(FlashWR1DataType)
 
     explicit Settings(QWidget *parent = nullptr);
@@ -98,7 +105,7 @@ private:
     QHash<int, QLabel *> m_buttonCaptions;
     QPushButton *m_closeButton = nullptr;
     Page m_currentPage = GeneralPage;
-    EEInfoDetail::Flash_WR_1 m_flashWR1 {};
+    WindowRecord m_flashWR1;
     EEInfoDetail::Flash_WR_2 m_flashWR2 {};
     EEInfoDetail::Flash_ROnly m_flashROnly {};
     int m_screenWidth = 0;

@@ -9,22 +9,40 @@
 #include <unistd.h>
 
 namespace {
+
 constexpr mode_t FifoMode = 0777;
+
+// Never through a symbolic link, and only a real FIFO: a message written
+// into a plain file put in its place would reach nobody and fill the disk.
+int openFifo(const QByteArray &path, int flags)
+{
+    const int fd = ::open(path.constData(), flags | O_NOFOLLOW | O_CLOEXEC);
+    if (fd < 0)
+        return -1;
+    struct stat info = {};
+    if (::fstat(fd, &info) != 0 || !S_ISFIFO(info.st_mode)) {
+        ::close(fd);
+        return -1;
+    }
+    return fd;
 }
+
+} // namespace
 
 DFifo::DFifo(const char *path, int flags)
 {
     if (!path)
         return;
     const QByteArray real = PanelRoot::path(path);
-    m_fd = ::open(real.constData(), flags);
-    if (m_fd >= 0 || ::access(real.constData(), F_OK) == 0)
+    m_fd = openFifo(real, flags);
+    struct stat existing = {};
+    if (m_fd >= 0 || ::lstat(real.constData(), &existing) == 0)
         return;
     if (::mkfifo(real.constData(), FifoMode) != 0) {
         perror("mkfifo");
         return;
     }
-    m_fd = ::open(real.constData(), flags);
+    m_fd = openFifo(real, flags);
 }
 
 DFifo::~DFifo()

@@ -9,8 +9,9 @@ class DFifo
 {
 public:
     // Opens with `flags`; a FIFO that does not exist yet is created (0777)
-    // and opened again. When the FIFO exists but the open fails (a
-    // non-blocking writer without a reader) the end stays closed.
+    // and opened again. When the path exists but the open fails (a
+    // non-blocking writer without a reader) the end stays closed; so it does
+    // when the path is a symbolic link or anything but a FIFO.
     DFifo(const char *path, int flags);
     ~DFifo();
     DFifo(const DFifo &) = delete;

@@ -2,6 +2,7 @@
 
 #include "panelroot.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -15,14 +16,22 @@ DFileSystem::DFileSystem(const char *path, int flags)
     if (!path)
         return;
     const QByteArray real = PanelRoot::path(path);
-    m_fd = ::open(real.constData(), flags, CreateMode);
+    // Programs the plug-in starts have no business with its files.
+    m_fd = ::open(real.constData(), flags | O_CLOEXEC, CreateMode);
     if (m_fd < 0 && (flags & O_CREAT))
-        m_fd = ::open(real.constData(), flags | O_TRUNC, CreateMode);
+        m_fd = ::open(real.constData(), flags | O_TRUNC | O_CLOEXEC, CreateMode);
+}
+
+DFileSystem::DFileSystem(Borrowed, int fd, int flags)
+    : m_fd(fd)
+    , m_flags(flags)
+    , m_owned(false)
+{
 }
 
 DFileSystem::~DFileSystem()
 {
-    if (m_fd >= 0)
+    if (m_owned && m_fd >= 0)
         ::close(m_fd);
 }
 
@@ -30,19 +39,26 @@ int DFileSystem::recordLock(int whence, off_t offset, off_t length, bool take)
 {
     if (!isOpen())
         return -1;
-    if (::lseek(m_fd, offset, whence) < 0)
+    const off_t start = ::lseek(m_fd, offset, whence);
+    if (start < 0)
         return -1;
-    if ((m_flags & O_ACCMODE) != O_RDONLY)
-        return ::lockf(m_fd, take ? F_LOCK : F_ULOCK, length);
-    // lockf only works on descriptors open for writing. A reader takes the
-    // shared form of the same POSIX record lock over the same range, which
-    // still waits for the host's lockf writers and holds them off.
     struct flock range = {};
-    range.l_type = take ? F_RDLCK : F_UNLCK;
-    range.l_whence = SEEK_CUR;
-    range.l_start = 0;
+    range.l_type = !take ? F_UNLCK : (m_flags & O_ACCMODE) == O_RDONLY ? F_RDLCK : F_WRLCK;
+    range.l_whence = SEEK_SET;
+    range.l_start = start;
     range.l_len = length;
-    return ::fcntl(m_fd, take ? F_SETLKW : F_SETLK, &range);
+    range.l_pid = 0;
+    int result;
+    do {
+        result = ::fcntl(m_fd, take ? F_OFD_SETLKW : F_OFD_SETLK, &range);
+    } while (result != 0 && errno == EINTR);
+    // Kernels before 3.15 know only process-owned record locks.
+    if (result != 0 && errno == EINVAL) {
+        do {
+            result = ::fcntl(m_fd, take ? F_SETLKW : F_SETLK, &range);
+        } while (result != 0 && errno == EINTR);
+    }
+    return result;
 }
 
 int DFileSystem::lock(int whence, off_t offset, off_t length)

@@ -3,6 +3,7 @@
 #include "bitstring.h"
 #include "dfifo.h"
 #include "dfilesystem.h"
+#include "registerfiles.h"
 
 #include <QtEndian>
 
@@ -32,6 +33,12 @@ const AreaFile Areas[LocalArea::Last] = {
 
 const char LocalFifoPath[] = "/tmp/fifo_localreg";
 
+// The area's file, opened once and kept (see RegisterFiles).
+DFileSystem areaFile(const char *path, int flags)
+{
+    return DFileSystem(DFileSystem::Borrowed{}, RegisterFiles::descriptor(path, flags), flags);
+}
+
 bool validArea(unsigned area)
 {
     return area >= LocalArea::First && area <= LocalArea::Last;
@@ -39,7 +46,7 @@ bool validArea(unsigned area)
 
 int readWords(const char *path, unsigned offset, unsigned length, unsigned char *buf)
 {
-    DFileSystem file(path, O_RDONLY);
+    DFileSystem file = areaFile(path, O_RDONLY);
     if (!file.isOpen())
         return LocalReg::Failed;
     file.lock(SEEK_SET, offset, length);
@@ -50,7 +57,7 @@ int readWords(const char *path, unsigned offset, unsigned length, unsigned char 
 
 int readBits(const char *path, unsigned offset, unsigned length, unsigned char *buf)
 {
-    DFileSystem file(path, O_RDONLY);
+    DFileSystem file = areaFile(path, O_RDONLY);
     if (!file.isOpen())
         return LocalReg::Failed;
     const unsigned first = offset / 8;
@@ -70,7 +77,7 @@ int readBits(const char *path, unsigned offset, unsigned length, unsigned char *
 int writeWords(const char *path, int syncFlag, unsigned offset, unsigned length,
                const unsigned char *buf)
 {
-    DFileSystem file(path, O_WRONLY | syncFlag);
+    DFileSystem file = areaFile(path, O_WRONLY | syncFlag);
     if (!file.isOpen())
         return LocalReg::Failed;
     file.lock(SEEK_SET, offset, length);
@@ -82,7 +89,7 @@ int writeWords(const char *path, int syncFlag, unsigned offset, unsigned length,
 int writeBits(const char *path, int syncFlag, unsigned offset, unsigned length,
               const unsigned char *buf)
 {
-    DFileSystem file(path, O_RDWR | syncFlag);
+    DFileSystem file = areaFile(path, O_RDWR | syncFlag);
     if (!file.isOpen())
         return LocalReg::Failed;
     const unsigned first = offset / 8;

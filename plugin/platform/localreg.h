@@ -3,8 +3,10 @@
 
 // Access to the host application's nine register files ("areas"). Odd areas
 // are word files addressed in bytes, even areas bit files addressed in bits.
-// Every access opens the file, locks exactly the bytes it touches, and closes
-// it again: the host keeps the same files open and uses the same locks.
+// Every access locks exactly the bytes it touches, with locks that exclude
+// the host's lockf() locks, from another process or from the one the
+// plug-in is loaded into. The files stay open between accesses: closing one
+// would drop the host's locks on it (see RegisterFiles).
 
 // Areas, the first argument of ReadLocal and WriteLocal.
 namespace LocalArea {
