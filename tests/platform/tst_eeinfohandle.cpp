@@ -4,7 +4,6 @@
 #include "testharness.h"
 #include "testpanel.h"
 
-#include <QRandomGenerator>
 #include <QtTest>
 
 #include <cstring>
@@ -12,15 +11,6 @@
 using namespace EEInfoDetail;
 
 namespace {
-
-QByteArray randomImage(quint32 seed, int size = ImageSize)
-{
-    QRandomGenerator generator(seed);
-    QByteArray image(size, '\0');
-    for (int i = 0; i < image.size(); ++i)
-        image[i] = char(generator.bounded(256));
-    return image;
-}
 
 template<class Record>
 QByteArray recordBytes(const Record &record)
@@ -60,7 +50,7 @@ private slots:
     {
         TestPanel panel;
         QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-        const QByteArray image = randomImage(7);
+        const QByteArray image = TestPanel::randomImage(7);
         panel.setImage(image);
         EEInfoHandle *handle = EEInfoHandle::instance();
 
@@ -113,7 +103,7 @@ private slots:
         TestPanel panel;
         QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
         EEInfoHandle *handle = EEInfoHandle::instance();
-        panel.setImage(randomImage(seed));
+        panel.setImage(TestPanel::randomImage(seed));
 
         Flash_WR_1 wr1;
         Flash_WR_2 wr2;
@@ -123,7 +113,7 @@ private slots:
             handle->read_flash_wr1_info(&wr1);
 
         // Another program rewrites the image between our read and write.
-        const QByteArray latest = randomImage(seed + 1);
+        const QByteArray latest = TestPanel::randomImage(seed + 1);
         panel.setImage(latest);
         panel.clearCalls();
 
@@ -226,12 +216,12 @@ private slots:
         TestPanel panel;
         QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
         EEInfoHandle *handle = EEInfoHandle::instance();
-        const QByteArray full = randomImage(21);
+        const QByteArray full = TestPanel::randomImage(21);
         panel.setImage(full);
         Flash_WR_1 wr1;
         handle->read_flash_wr1_info(&wr1);
 
-        const QByteArray shortImage = randomImage(22, 100);
+        const QByteArray shortImage = TestPanel::randomImage(22, 100);
         panel.setImage(shortImage);
         handle->read_flash_wr1_info(&wr1);
         QCOMPARE(recordBytes(wr1).left(100), shortImage);
@@ -247,7 +237,7 @@ private slots:
         TestPanel panel;
         QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
         EEInfoHandle *handle = EEInfoHandle::instance();
-        const QByteArray full = randomImage(31);
+        const QByteArray full = TestPanel::randomImage(31);
         panel.setImage(full);
         Flash_WR_1 wr1;
         handle->read_flash_wr1_info(&wr1);
@@ -264,7 +254,7 @@ private slots:
         TestPanel panel;
         QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
         EEInfoHandle *handle = EEInfoHandle::instance();
-        const QByteArray full = randomImage(41);
+        const QByteArray full = TestPanel::randomImage(41);
         panel.setImage(full);
         Flash_WR_1 wr1;
         handle->read_flash_wr1_info(&wr1);

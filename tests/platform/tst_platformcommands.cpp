@@ -37,17 +37,6 @@ private:
     bool m_ok = false;
 };
 
-bool replaceTool(const TestPanel &panel, const QString &tool, const QByteArray &body)
-{
-    const QString path = panel.path(QStringLiteral("/root/plat-intf/") + tool);
-    QFile script(path);
-    if (!script.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return false;
-    script.write("#!/bin/sh\n" + body);
-    script.close();
-    return script.setPermissions(script.permissions() | QFileDevice::ExeOwner);
-}
-
 QString statePath(const TestPanel &panel, const QString &name)
 {
     return SimulatedPanel::stateDir(panel.root()) + QLatin1Char('/') + name;
@@ -185,7 +174,7 @@ private slots:
         if (body.isEmpty())
             QVERIFY(panel.removeFile(QStringLiteral("/root/plat-intf/getbright")));
         else
-            QVERIFY(replaceTool(panel, QStringLiteral("getbright"), body));
+            QVERIFY(panel.replaceTool(QStringLiteral("getbright"), body));
         QCOMPARE(EEInfoHandle::instance()->getbright(), expected);
     }
 

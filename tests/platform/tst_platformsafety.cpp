@@ -11,7 +11,6 @@
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QRandomGenerator>
 #include <QtTest>
 
 #include <atomic>
@@ -36,26 +35,6 @@ constexpr qint64 SlackMs = 2000;
 const char SystemWords[] = "/tmp/smw.dat";
 constexpr off_t Eth0IpOffset = 751;
 constexpr off_t Eth0IpLength = 8;
-
-QByteArray randomImage(quint32 seed, int size = ImageSize)
-{
-    QRandomGenerator generator(seed);
-    QByteArray image(size, '\0');
-    for (int i = 0; i < image.size(); ++i)
-        image[i] = char(generator.bounded(256));
-    return image;
-}
-
-bool replaceTool(const TestPanel &panel, const QString &tool, const QByteArray &body)
-{
-    const QString path = panel.path(QStringLiteral("/root/plat-intf/") + tool);
-    QFile script(path);
-    if (!script.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return false;
-    script.write("#!/bin/sh\n" + body);
-    script.close();
-    return script.setPermissions(script.permissions() | QFileDevice::ExeOwner);
-}
 
 QStringList toolNames(const QList<QStringList> &calls)
 {
@@ -138,13 +117,13 @@ void TestPlatformSafety::shortReadIsNeverWrittenBack()
     TestPanel panel;
     QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
     EEInfoHandle *handle = EEInfoHandle::instance();
-    panel.setImage(randomImage(7));
+    panel.setImage(TestPanel::randomImage(7));
     Flash_WR_1 record;
     handle->read_flash_wr1_info(&record);
     Flash_WR_2 texts;
     handle->read_flash_wr2_info(&texts);
 
-    const QByteArray shortImage = randomImage(8, size);
+    const QByteArray shortImage = TestPanel::randomImage(8, size);
     panel.setImage(shortImage);
     panel.clearCalls();
     record.brightness = 77;
@@ -160,7 +139,7 @@ void TestPlatformSafety::wholeReadIsWrittenAsBefore()
 {
     TestPanel panel;
     QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    const QByteArray image = randomImage(9);
+    const QByteArray image = TestPanel::randomImage(9);
     panel.setImage(image);
     EEInfoHandle *handle = EEInfoHandle::instance();
     Flash_WR_1 record;
@@ -310,7 +289,7 @@ void TestPlatformSafety::hungFirmwareToolIsEnded()
     TestPanel panel;
     QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
     const QByteArray pidFile = QFile::encodeName(panel.path(QStringLiteral("/tmp/hung.pid")));
-    QVERIFY(replaceTool(panel, QStringLiteral("setbeep"),
+    QVERIFY(panel.replaceTool(QStringLiteral("setbeep"),
                         "sleep 1000 & echo $! > '" + pidFile + "'; wait\n"));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("setbeep long\" did not end within 3000 ms")));
     QElapsedTimer clock;
@@ -323,7 +302,7 @@ void TestPlatformSafety::hungFirmwareToolIsEnded()
     QVERIFY(hung > 1);
     QTRY_VERIFY(isGone(hung));
 
-    QVERIFY(replaceTool(panel, QStringLiteral("setbeep"), "echo \"$1\" > \"$PANEL_ROOT/tmp/beep\"\n"));
+    QVERIFY(panel.replaceTool(QStringLiteral("setbeep"), "echo \"$1\" > \"$PANEL_ROOT/tmp/beep\"\n"));
     QCOMPARE(EEInfoHandle::instance()->setBeep(false), 0);
     QCOMPARE(panel.readFile(QStringLiteral("/tmp/beep")), QByteArray("short\n"));
 }
@@ -334,9 +313,9 @@ void TestPlatformSafety::hungImageReaderIsEnded()
 {
     TestPanel panel;
     QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    const QByteArray image = randomImage(10);
+    const QByteArray image = TestPanel::randomImage(10);
     panel.setImage(image);
-    QVERIFY(replaceTool(panel, QStringLiteral("readee"),
+    QVERIFY(panel.replaceTool(QStringLiteral("readee"),
                         "cat \"$PANEL_ROOT/sim/eeprom.bin\"; exec sleep 1000\n"));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("readee\" did not end within 5000 ms")));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("device image not written")));

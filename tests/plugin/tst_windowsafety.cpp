@@ -8,7 +8,6 @@
 
 #include <QElapsedTimer>
 #include <QPushButton>
-#include <QRandomGenerator>
 #include <QStackedWidget>
 #include <QtTest>
 
@@ -21,10 +20,7 @@ constexpr qint64 SlackMs = 2000;
 
 QByteArray sampleImage(quint32 seed)
 {
-    QRandomGenerator generator(seed);
-    QByteArray image(ImageSize, '\0');
-    for (int i = 0; i < image.size(); ++i)
-        image[i] = char(generator.bounded(256));
+    QByteArray image = TestPanel::randomImage(seed);
     image[157] = 0;         // keep the close button
     return image;
 }

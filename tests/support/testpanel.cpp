@@ -1,6 +1,7 @@
 #include "testpanel.h"
 
 #include <QFile>
+#include <QRandomGenerator>
 
 TestPanel::TestPanel(const SimulatedPanel::Options &options)
     : m_previousRoot(qgetenv("PANEL_ROOT")), m_hadRoot(qEnvironmentVariableIsSet("PANEL_ROOT"))
@@ -77,4 +78,24 @@ void TestPanel::clearCalls() const
 {
     QFile file(SimulatedPanel::callLogPath(root()));
     file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+}
+
+bool TestPanel::replaceTool(const QString &tool, const QByteArray &body) const
+{
+    const QString toolPath = path(QStringLiteral("/root/plat-intf/") + tool);
+    QFile script(toolPath);
+    if (!script.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    script.write("#!/bin/sh\n" + body);
+    script.close();
+    return script.setPermissions(script.permissions() | QFileDevice::ExeOwner);
+}
+
+QByteArray TestPanel::randomImage(quint32 seed, int size)
+{
+    QRandomGenerator generator(seed);
+    QByteArray image(size, '\0');
+    for (int i = 0; i < image.size(); ++i)
+        image[i] = char(generator.bounded(256));
+    return image;
 }

@@ -29,6 +29,13 @@ public:
     QByteArray image() const;                 // the firmware's device image
     void setImage(const QByteArray &image) const;
 
+    // Puts a shell script of the given body in place of a firmware tool
+    // under /root/plat-intf.
+    bool replaceTool(const QString &tool, const QByteArray &body) const;
+
+    // A reproducible image of random bytes (a device image by default).
+    static QByteArray randomImage(quint32 seed, int size = 1024);
+
     QList<QStringList> calls() const;         // every tool call so far
     QList<QStringList> calls(const QString &tool) const;
     void clearCalls() const;
