@@ -253,6 +253,31 @@ private slots:
         QCOMPARE(readState(panel, stored), expected);
     }
 
+    // The bridge says how many bytes a tool gave; the rest of the buffer is
+    // left as it was.
+    void readReportsItsByteCount_data()
+    {
+        QTest::addColumn<QByteArray>("command");
+        QTest::addColumn<int>("count");
+        QTest::newRow("nothing") << QByteArray("true") << 0;
+        QTest::newRow("short") << QByteArray("printf 12345") << 5;
+        QTest::newRow("whole buffer") << QByteArray("yes") << 16;
+    }
+
+    void readReportsItsByteCount()
+    {
+        QFETCH(QByteArray, command);
+        QFETCH(int, count);
+        char buf[16];
+        std::memset(buf, '#', sizeof buf);
+        int got = -1;
+        PlateformInterface bridge;
+        QCOMPARE(bridge.readcmd(command.constData(), buf, int(sizeof buf), &got), 0);
+        QCOMPARE(got, count);
+        if (count < int(sizeof buf))
+            QCOMPARE(buf[qMax(count, 1)], '#');
+    }
+
     // A tool that quits without reading must not kill the process with
     // SIGPIPE.
     void writeToToolThatQuits()
