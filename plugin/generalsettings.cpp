@@ -1,6 +1,5 @@
 #include "generalsettings.h"
 
-#include "commandtext.h"
 #include "datetimedialog.h"
 #include "eeinfohandle.h"
 #include "flash_ronly.h"
@@ -8,8 +7,7 @@
 #include "keyclick.h"
 #include "languagelist.h"
 #include "panelfont.h"
-#include "panelroot.h"
-#include "processrunner.h"
+#include "processlookup.h"
 #include "sysreg.h"
 
 #include <QFrame>
@@ -59,9 +57,7 @@ constexpr int GridColumns = 7;
 constexpr int ColumnSpacing = 2;
 constexpr int StepBoxSpacing = 4;
 constexpr int DateTimeIndent = 10;      // keeps the clock clear of its caption
-constexpr int ProcessLineSize = 128;    // the longest ps line we look at
-constexpr int ProcessCommandSize = 256;
-const char ProcessQuery[] = "ps -ef | grep %s|grep -v grep";
+
 
 // Slider minimum width and "setting" button width by panel width; any
 // other panel gets the smallest layout.
@@ -556,20 +552,5 @@ bool GeneralSettings::eventFilter(QObject *watched, QEvent *event)
 
 int GeneralSettings::detect_process(const char *name)
 {
-    const CommandText command = CommandText(ProcessQuery, ProcessCommandSize).word(name);
-    if (!command.isValid()) {
-        qCDebug(lcGeneral) << "not looking for the process:" << command.errorString();
-        return -1;
-    }
-    const QByteArray text = PanelRoot::command(command.text().constData());
-    // Only the first line counts; ps and grep end on the closed pipe.
-    char line[ProcessLineSize + 1] = {};
-    if (ProcessRunner::readFrom(text.constData(), line, ProcessLineSize, WaitBound::ShellCommand)
-        == ProcessRunner::NotStarted) {
-        qCDebug(lcGeneral) << "cannot run" << text;
-        return -1;
-    }
-    if (!line[0])
-        return 1;
-    return int(qBound<long>(INT_MIN, std::strtol(line, nullptr, 10), INT_MAX));
+    return ProcessLookup::detectProcess(name);
 }

@@ -26,8 +26,6 @@ const char SetSerialTool[] = "/root/plat-intf/setserial";
 const char ReadLogoTool[] = "/root/plat-intf/readlogo";
 const char WriteLogoTool[] = "/root/plat-intf/writelogo";
 const char GetUsbSlaveTool[] = "/root/plat-intf/getusbslave";
-const char ResolverPath[] = "/etc/resolv.conf";
-const char BackupResolverCommand[] = "cp /etc/resolv.conf /etc/resolvbak.conf";
 const char UsbSlaveAnswer[] = "plug-in";
 
 // Answers of the query tools are short numbers or words.
@@ -267,28 +265,11 @@ int EEInfoHandle::isusbslave()
 
 void EEInfoHandle::setDNSToSys(int adapter, int which, QString server)
 {
-    QFile file(PanelRoot::path(QString::fromLatin1(ResolverPath)));
+    QFile file(PanelRoot::path(QString::fromLatin1(ResolverFile::Path)));
     replaceDns(file, adapter, which, server);
 }
 
 void EEInfoHandle::replaceDns(QFile &file, int adapter, int which, QString server)
 {
-    if (file.isOpen())
-        file.close();
-    // An unreadable file is treated as empty: the new line alone is written.
-    QString text;
-    if (file.open(QIODevice::ReadWrite | QIODevice::Text)) {
-        text = QString::fromUtf8(file.readAll());
-        file.close();
-    }
-    const QString tag = ResolverFile::ethTag(adapter);
-    const QString updated = ResolverFile::replaced(
-        text, tag, which, ResolverFile::nameserverLine(server, tag));
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
-        file.write(updated.toUtf8());
-        file.close();
-    }
-    // The backup restores the resolver file after a volatile restart, so it
-    // is refreshed even when the rewrite failed.
-    runCommand(CommandText(BackupResolverCommand));
+    ResolverFile::rewrite(file, ResolverFile::ethTag(adapter), which, server);
 }

@@ -1,5 +1,11 @@
 #include "resolverfile.h"
 
+#include "commandtext.h"
+#include "panelroot.h"
+#include "processrunner.h"
+
+#include <QFile>
+
 static const QChar LineBreak = QLatin1Char('\n');
 
 QString ResolverFile::ethTag(int port)
@@ -56,4 +62,57 @@ QString ResolverFile::replaced(const QString &text, const QString &tag, int role
         lines.append(newLine);
     lines.removeAll(QString());
     return lines.join(LineBreak);
+}
+
+const char ResolverFile::Path[] = "/etc/resolv.conf";
+const char ResolverFile::BackupPath[] = "/etc/resolvbak.conf";
+
+QString ResolverFile::readText(QIODevice &file)
+{
+    const QByteArray data = file.read(MaxFileSize + 1);
+    if (data.size() > MaxFileSize)
+        return QString();
+    return QString::fromLatin1(data);
+}
+
+QByteArray ResolverFile::bytes(const QString &text)
+{
+    return text.toLatin1();
+}
+
+void ResolverFile::ensureFiles()
+{
+    if (!QFile::exists(PanelRoot::path(QString::fromLatin1(BackupPath))))
+        runCommand(CommandText("touch /etc/resolvbak.conf"));
+    if (!QFile::exists(PanelRoot::path(QString::fromLatin1(Path))))
+        runCommand(CommandText("cp /etc/resolvbak.conf /etc/resolv.conf"));
+}
+
+QString ResolverFile::systemServer(const QString &tag, int role)
+{
+    ensureFiles();
+    QFile file(PanelRoot::path(QString::fromLatin1(Path)));
+    QString found;
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text))
+        found = server(readText(file), tag, role);
+    return found.isEmpty() ? QStringLiteral("0.0.0.0") : found;
+}
+
+void ResolverFile::rewrite(QFile &file, const QString &tag, int role, const QString &serverText)
+{
+    if (file.isOpen())
+        file.close();
+    QString text;
+    if (file.open(QIODevice::ReadWrite | QIODevice::Text)) {
+        text = readText(file);
+        file.close();
+    }
+    const QString updated = replaced(text, tag, role, nameserverLine(serverText, tag));
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+        file.write(bytes(updated));
+        file.close();
+    }
+    // The backup restores the resolver file after a volatile restart, so it
+    // is refreshed even when the rewrite failed.
+    runCommand(CommandText("cp /etc/resolv.conf /etc/resolvbak.conf"));
 }

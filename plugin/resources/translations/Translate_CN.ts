@@ -165,4 +165,122 @@
         <translation>无效日期</translation>
     </message>
 </context>
+<context>
+    <name>WiredPortPage</name>
+    <message>
+        <source>IP Address:</source>
+        <translation>IP 地址：</translation>
+    </message>
+    <message>
+        <source>Subnet Mask:</source>
+        <translation>子网掩码：</translation>
+    </message>
+    <message>
+        <source>Gateway:</source>
+        <translation>网关：</translation>
+    </message>
+    <message>
+        <source>Wired Network %1 DNS Server Info:</source>
+        <translation>有线网络 %1 DNS 服务器信息：</translation>
+    </message>
+    <message>
+        <source>First DNS Server:</source>
+        <translation>首选 DNS 服务器：</translation>
+    </message>
+    <message>
+        <source>Backup DNS Server:</source>
+        <translation>备用 DNS 服务器：</translation>
+    </message>
+    <message>
+        <source>MAC Address:</source>
+        <translation>MAC 地址：</translation>
+    </message>
+    <message>
+        <source>Setting:</source>
+        <translation>设置：</translation>
+    </message>
+    <message>
+        <source>Default gateway info</source>
+        <translation>默认网关信息</translation>
+    </message>
+    <message>
+        <source>Set as default gateway</source>
+        <translation>设为默认网关</translation>
+    </message>
+    <message>
+        <source>OuterNet State:</source>
+        <translation>外网状态：</translation>
+    </message>
+    <message>
+        <source>test</source>
+        <translation>测试</translation>
+    </message>
+    <message>
+        <source>Disable Network</source>
+        <translation>禁用网络</translation>
+    </message>
+    <message>
+        <source>Network:</source>
+        <translation>网络：</translation>
+    </message>
+</context>
+<context>
+    <name>NetworkSettings</name>
+    <message>
+        <source>wired network</source>
+        <translation>有线网络</translation>
+    </message>
+    <message>
+        <source>wireless network</source>
+        <translation>无线网络</translation>
+    </message>
+    <message>
+        <source>4G network</source>
+        <translation>4G 网络</translation>
+    </message>
+    <message>
+        <source>Mobile network</source>
+        <translation>移动网络</translation>
+    </message>
+    <message>
+        <source>VPN</source>
+        <translation>VPN</translation>
+    </message>
+    <message>
+        <source>Static IP</source>
+        <translation>静态 IP</translation>
+    </message>
+    <message>
+        <source>Dynamic IP</source>
+        <translation>动态 IP</translation>
+    </message>
+    <message>
+        <source>Network:</source>
+        <translation>网络：</translation>
+    </message>
+    <message>
+        <source>Gateway:</source>
+        <translation>网关：</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>IP is conflict with eth1!</source>
+        <translation>IP 与 eth1 冲突！</translation>
+    </message>
+    <message>
+        <source>IP is conflict with eth0!</source>
+        <translation>IP 与 eth0 冲突！</translation>
+    </message>
+    <message>
+        <source>test successful</source>
+        <translation>测试成功</translation>
+    </message>
+    <message>
+        <source>test failed</source>
+        <translation>测试失败</translation>
+    </message>
+</context>
 </TS>

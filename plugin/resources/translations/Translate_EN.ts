@@ -165,4 +165,122 @@
         <translation>Invalid Day</translation>
     </message>
 </context>
+<context>
+    <name>WiredPortPage</name>
+    <message>
+        <source>IP Address:</source>
+        <translation>IP Address:</translation>
+    </message>
+    <message>
+        <source>Subnet Mask:</source>
+        <translation>Subnet Mask:</translation>
+    </message>
+    <message>
+        <source>Gateway:</source>
+        <translation>Gateway:</translation>
+    </message>
+    <message>
+        <source>Wired Network %1 DNS Server Info:</source>
+        <translation>Wired Network %1 DNS Server Info:</translation>
+    </message>
+    <message>
+        <source>First DNS Server:</source>
+        <translation>First DNS Server:</translation>
+    </message>
+    <message>
+        <source>Backup DNS Server:</source>
+        <translation>Backup DNS Server:</translation>
+    </message>
+    <message>
+        <source>MAC Address:</source>
+        <translation>MAC Address:</translation>
+    </message>
+    <message>
+        <source>Setting:</source>
+        <translation>Setting:</translation>
+    </message>
+    <message>
+        <source>Default gateway info</source>
+        <translation>Default gateway info</translation>
+    </message>
+    <message>
+        <source>Set as default gateway</source>
+        <translation>Set as default gateway</translation>
+    </message>
+    <message>
+        <source>OuterNet State:</source>
+        <translation>OuterNet State:</translation>
+    </message>
+    <message>
+        <source>test</source>
+        <translation>test</translation>
+    </message>
+    <message>
+        <source>Disable Network</source>
+        <translation>Disable Network</translation>
+    </message>
+    <message>
+        <source>Network:</source>
+        <translation>Network:</translation>
+    </message>
+</context>
+<context>
+    <name>NetworkSettings</name>
+    <message>
+        <source>wired network</source>
+        <translation>wired network</translation>
+    </message>
+    <message>
+        <source>wireless network</source>
+        <translation>wireless network</translation>
+    </message>
+    <message>
+        <source>4G network</source>
+        <translation>4G network</translation>
+    </message>
+    <message>
+        <source>Mobile network</source>
+        <translation>Mobile network</translation>
+    </message>
+    <message>
+        <source>VPN</source>
+        <translation>VPN</translation>
+    </message>
+    <message>
+        <source>Static IP</source>
+        <translation>Static IP</translation>
+    </message>
+    <message>
+        <source>Dynamic IP</source>
+        <translation>Dynamic IP</translation>
+    </message>
+    <message>
+        <source>Network:</source>
+        <translation>Network:</translation>
+    </message>
+    <message>
+        <source>Gateway:</source>
+        <translation>Gateway:</translation>
+    </message>
+    <message>
+        <source>Tips</source>
+        <translation>Tips</translation>
+    </message>
+    <message>
+        <source>IP is conflict with eth1!</source>
+        <translation>IP is conflict with eth1!</translation>
+    </message>
+    <message>
+        <source>IP is conflict with eth0!</source>
+        <translation>IP is conflict with eth0!</translation>
+    </message>
+    <message>
+        <source>test successful</source>
+        <translation>test successful</translation>
+    </message>
+    <message>
+        <source>test failed</source>
+        <translation>test failed</translation>
+    </message>
+</context>
 </TS>

@@ -1,0 +1,41 @@
+#include "processlookup.h"
+
+#include "commandtext.h"
+#include "panelroot.h"
+#include "platformlog.h"
+#include "processrunner.h"
+
+#include <QtGlobal>
+
+#include <climits>
+#include <cstdlib>
+
+namespace {
+const char ProcessQuery[] = "ps -ef | grep %s|grep -v grep";
+constexpr int ProcessCommandSize = 128;
+constexpr int ProcessLineSize = 128;    // the longest ps line we look at
+}
+
+namespace ProcessLookup {
+
+int detectProcess(const char *name)
+{
+    const CommandText command = CommandText(ProcessQuery, ProcessCommandSize).word(name);
+    if (!command.isValid()) {
+        qCDebug(lcPlatform) << "not looking for the process:" << command.errorString();
+        return -1;
+    }
+    const QByteArray text = PanelRoot::command(command.text().constData());
+    // Only the first line counts; ps and grep end on the closed pipe.
+    char line[ProcessLineSize + 1] = {};
+    if (ProcessRunner::readFrom(text.constData(), line, ProcessLineSize, WaitBound::ShellCommand)
+        == ProcessRunner::NotStarted) {
+        qCDebug(lcPlatform) << "cannot run" << text;
+        return -1;
+    }
+    if (!line[0])
+        return 1;
+    return int(qBound<long>(INT_MIN, std::strtol(line, nullptr, 10), INT_MAX));
+}
+
+} // namespace ProcessLookup
