@@ -5,6 +5,7 @@
 #include "processrunner.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 static const QChar LineBreak = QLatin1Char('\n');
 
@@ -93,7 +94,8 @@ QString ResolverFile::systemServer(const QString &tag, int role)
     ensureFiles();
     QFile file(PanelRoot::path(QString::fromLatin1(Path)));
     QString found;
-    if (file.open(QIODevice::ReadOnly | QIODevice::Text))
+    // Only a plain file: reading a FIFO put in its place would block.
+    if (QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly | QIODevice::Text))
         found = server(readText(file), tag, role);
     return found.isEmpty() ? QStringLiteral("0.0.0.0") : found;
 }
@@ -102,17 +104,23 @@ void ResolverFile::rewrite(QFile &file, const QString &tag, int role, const QStr
 {
     if (file.isOpen())
         file.close();
+    // Anything but a plain file in its place (a folder, a FIFO) is left
+    // alone: reading a FIFO would block and writing one feeds a stranger.
+    const QFileInfo info(file);
+    const bool usable = !info.exists() || info.isFile();
     QString text;
-    if (file.open(QIODevice::ReadWrite | QIODevice::Text)) {
+    if (usable && file.open(QIODevice::ReadWrite | QIODevice::Text)) {
         text = readText(file);
         file.close();
     }
     const QString updated = replaced(text, tag, role, nameserverLine(serverText, tag));
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
+    if (usable && file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text)) {
         file.write(bytes(updated));
         file.close();
     }
     // The backup restores the resolver file after a volatile restart, so it
-    // is refreshed even when the rewrite failed.
-    runCommand(CommandText("cp /etc/resolv.conf /etc/resolvbak.conf"));
+    // is refreshed even when the rewrite failed; not from a FIFO, which
+    // would hold cp until its bound.
+    if (usable)
+        runCommand(CommandText("cp /etc/resolv.conf /etc/resolvbak.conf"));
 }
