@@ -43,6 +43,8 @@ namespace {
 constexpr int PageFontWeight = 75;
 constexpr int PageFontPointSize = 13;
 constexpr int LeasePollMs = 100;
+constexpr int SmallTabsBelowWidth = 1024;
+constexpr int SmallTabPointSize = 11;
 constexpr int OctetMax = 255;
 
 const char EnableKey[] = "Network%1/enable";
@@ -130,6 +132,11 @@ void NetworkSettings::init(int fontId, EEInfoDetail::Flash_WR_1 &record,
     setFont(m_font);
     clear();
     buildPorts(fresh.screenWidth());
+    // Five English titles fit the smallest panel only in a smaller size.
+    QFont tabFont = m_font;
+    if (fresh.screenWidth() < SmallTabsBelowWidth)
+        tabFont.setPointSize(SmallTabPointSize);
+    tabBar()->setFont(tabFont);
     fillSelectors();
     for (int port = 0; port < wiredCount(); ++port) {
         const QString key = QString::fromLatin1(EnableKey).arg(port);

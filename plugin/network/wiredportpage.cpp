@@ -9,12 +9,13 @@
 #include <QListView>
 #include <QPixmap>
 #include <QPushButton>
+#include <QRegularExpression>
 
 namespace {
 
 const char SwitchOnStyle[] = "border-image:url(:/Resources/switch_on.png);";
 const char SwitchOffStyle[] = "border-image:url(:/Resources/switch_off.png);";
-const char FieldStyle[] = "QLineEdit{border-radius:6px;border:2px solid #008cba;"
+const char FieldStyle[] = "QLineEdit{border-radius:6px;border:2px solid #008cba;padding:0px;"
                           "background-color:rgba(163, 198, 218, 100);}"
                           "QLineEdit:disabled{border-color:#a0a0a0;background-color:rgb(230, 230, 230);"
                           "color:rgb(120, 120, 120);}";
@@ -34,12 +35,15 @@ struct Sizes
     int rowHeight;
     int switchWidth;
     int spacing;
+    int comboWidth;
+    int macWidth;
+    int testWidth;
 };
 const Sizes SizeTable[] = {
-    {800, 44, 30, 62, 4},
-    {1024, 56, 36, 70, 8},
-    {1280, 64, 42, 70, 12},
-    {1920, 90, 56, 90, 20},
+    {800, 42, 30, 58, 2, 112, 160, 60},
+    {1024, 50, 34, 70, 8, 150, 170, 72},
+    {1280, 60, 40, 70, 12, 180, 190, 84},
+    {1920, 84, 52, 90, 20, 260, 260, 120},
 };
 
 const Sizes &sizesFor(int screenWidth)
@@ -213,12 +217,14 @@ void WiredPortPage::adjustToScreen(int screenWidth, const QFont &font)
         child->setFont(font);
     for (QLineEdit *edit : fields())
         edit->setFixedSize(sizes.fieldWidth, sizes.rowHeight);
-    ui->modeComboBox->setFixedHeight(sizes.rowHeight);
-    ui->defaultNetworkComboBox->setFixedHeight(sizes.rowHeight);
-    ui->macLineEdit->setFixedHeight(sizes.rowHeight);
+    ui->modeComboBox->setFixedSize(sizes.comboWidth, sizes.rowHeight);
+    ui->defaultNetworkComboBox->setFixedSize(sizes.comboWidth + sizes.fieldWidth, sizes.rowHeight);
+    ui->macLineEdit->setFixedSize(sizes.macWidth, sizes.rowHeight);
     ui->disableNetworkSwitch->setFixedSize(sizes.switchWidth, sizes.switchWidth * 3 / 7);
-    ui->TestButton->setFixedHeight(sizes.rowHeight + 4);
+    ui->TestButton->setFixedSize(sizes.testWidth, sizes.rowHeight + 4);
     ui->setDefaultGatewayButton->setFixedHeight(sizes.rowHeight);
+    for (QLabel *dot : findChildren<QLabel *>(QRegularExpression(QStringLiteral("Dot\\d$"))))
+        dot->setFixedWidth(qMax(6, sizes.spacing + 2));
     ui->portLayout->setHorizontalSpacing(sizes.spacing + 4);
     ui->portLayout->setVerticalSpacing(sizes.spacing / 2);
 }
