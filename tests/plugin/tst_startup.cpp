@@ -10,6 +10,8 @@
 #include <QPluginLoader>
 #include <QtTest>
 
+#include <sys/resource.h>
+
 namespace {
 
 class FirstPaint : public QObject
@@ -33,6 +35,7 @@ class TestStartup : public QObject
 
 private slots:
     void openingCost();
+    void idleCpu();
 };
 
 void TestStartup::openingCost()
@@ -102,6 +105,40 @@ void TestStartup::openingCost()
           created, paint.at, int(calls.size()), programs, created - programs);
     QVERIFY2(paint.at < 2000000, "the window took more than two seconds to paint");
     QVERIFY2(created - programs < 500000, "the window's own opening cost passed half a second");
+}
+
+// The open window on the network page, left alone for half a minute: the
+// CPU it takes while the operator does nothing, and the programs it starts.
+void TestStartup::idleCpu()
+{
+    TestPanel panel;
+    QPluginLoader loader(QString::fromLocal8Bit(SETTINGS_PLUGIN_PATH));
+    auto *plugin = qobject_cast<SettingsInterface *>(loader.instance());
+    QVERIFY(plugin);
+    QScopedPointer<QDialog> window(plugin->createInstance());
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(window.data()));
+    auto *network = window->findChild<QWidget *>(QStringLiteral("networkPushButton"));
+    QVERIFY(network);
+    QMetaObject::invokeMethod(network, "click");
+    QTest::qWait(500);
+    panel.clearCalls();
+
+    constexpr int IdleMs = 30000;
+    struct rusage before = {};
+    struct rusage after = {};
+    getrusage(RUSAGE_SELF, &before);
+    QElapsedTimer clock;
+    clock.start();
+    QTest::qWait(IdleMs);
+    getrusage(RUSAGE_SELF, &after);
+    const auto micros = [](const struct timeval &t) { return qint64(t.tv_sec) * 1000000 + t.tv_usec; };
+    const qint64 used = micros(after.ru_utime) - micros(before.ru_utime) + micros(after.ru_stime) - micros(before.ru_stime);
+    const double share = 100.0 * double(used) / double(clock.nsecsElapsed() / 1000);
+    qInfo("idle for %lld ms on the network page: %lld us of CPU (%.2f %% of one core), %d programs started",
+          clock.elapsed(), used, share, int(panel.calls().size()));
+    QCOMPARE(panel.calls().size(), 0);
+    QVERIFY2(share < 2.0, "the idle window uses more than 2 % of a core");
 }
 
 PANEL_GUI_TEST_MAIN(TestStartup)
