@@ -1,16 +1,16 @@
 #include "networksettings.h"
 
 #include "commandtext.h"
+#include "dhcpclient.h"
 #include "eeinfohandle.h"
 #include "inputdialog.h"
 #include "keyclick.h"
 #include "languagelist.h"
 #include "mobilenetworkui.h"
 #include "networkaddress.h"
+#include "outernetworktest.h"
 #include "panelfont.h"
 #include "panelroot.h"
-#include "pidfile.h"
-#include "pingresult.h"
 #include "processlookup.h"
 #include "processrunner.h"
 #include "resolverfile.h"
@@ -48,15 +48,6 @@ constexpr int SmallTabPointSize = 11;
 constexpr int OctetMax = 255;
 
 const char EnableKey[] = "Network%1/enable";
-// A well-known public web host: the test also proves that names resolve.
-const char PingHost[] = "www.baidu.com";
-// Relative: the ping writes it in the host's working directory.
-const char PingFile[] = "ping.txt";
-// The ping waits 3 s at most; its answer is read after this.
-constexpr int PingWaitMs = 6000;
-const char ResultBoxTitle[] = "设备详细信息";
-const char ResultBoxStyle[] = "QMessageBox{background-color:rgb(255, 255, 255);border:2px solid #000000;border-radius:3px;}";
-const char PidFilePattern[] = "/var/run/udhcpc%1.pid";
 
 const unsigned DisabledRegister[2] = {SysRegIdx::Eth0Disabled, SysRegIdx::Eth1Disabled};
 const unsigned DhcpRegister[2] = {SysRegIdx::Eth0Dhcp, SysRegIdx::Eth1Dhcp};
@@ -637,23 +628,12 @@ void NetworkSettings::setDNSToSys(int port, int type, const QString &dns)
 
 void NetworkSettings::udhcpc(int port)
 {
-    if (!validPort(port))
-        return;
-    killudhcpc(port);
-    runCommand(CommandText("udhcpc -i eth%d -t 100 -T 1 -A 1 -p /var/run/udhcpc%d.pid&")
-                   .adapter(port)
-                   .adapter(port));
+    DhcpClient::start(port);
 }
 
 void NetworkSettings::killudhcpc(int port)
 {
-    if (!validPort(port))
-        return;
-    const QString pidFile = QString::fromLatin1(PidFilePattern).arg(port);
-    if (!PidFile::exists(pidFile))
-        return;
-    // Whatever the file holds, only a single process above 1 can be named.
-    runCommand(CommandText("kill %d").processId(PidFile::read(pidFile)));
+    DhcpClient::stop(port);
 }
 
 void NetworkSettings::updateDHCPConfig(int port, bool dhcp)
@@ -889,22 +869,24 @@ int NetworkSettings::checkConflictIp(QLineEdit *field, int value)
 void NetworkSettings::onSetTest()
 {
     KeyClick::play(m_settings);
-    runCommand(CommandText("rm ping.txt"));
-    runCommand(CommandText("killall ping"));
-    runCommand(CommandText("ping %s -W 3 -c 1 >> ping.txt&").word(PingHost));
+    OuterNetworkTest::start();
     for (WiredPortPage *page : wiredPages()) {
         page->setLamp(WiredPortPage::LampRunning);
         page->setTestRunning(true);
     }
-    m_pingTimer->start(PingWaitMs);
+    m_pingTimer->start(OuterNetworkTest::ResultDelayMs);
 }
 
 void NetworkSettings::ping_test()
 {
-    const PingResult::State state = PingResult::read(QString::fromLatin1(PingFile));
+    const PingResult::State state = OuterNetworkTest::result();
     if (state == PingResult::Missing)
         return;
-    showTestResult(state == PingResult::Succeeded);
+    const bool succeeded = state == PingResult::Succeeded;
+    for (WiredPortPage *page : wiredPages())
+        page->setLamp(succeeded ? WiredPortPage::LampSucceeded : WiredPortPage::LampIdle);
+    // The box runs its own event loop: a tick meanwhile reads the file again.
+    OuterNetworkTest::showResult(succeeded, tr("test successful"), tr("test failed"));
     m_pingTimer->stop();
     if (m_wifi)
         m_wifi->setPintTestBtnStyle();
@@ -912,18 +894,6 @@ void NetworkSettings::ping_test()
         m_mobile->setPintTestBtnStyle();
     for (WiredPortPage *page : wiredPages())
         page->setTestRunning(false);
-}
-
-void NetworkSettings::showTestResult(bool succeeded)
-{
-    for (WiredPortPage *page : wiredPages())
-        page->setLamp(succeeded ? WiredPortPage::LampSucceeded : WiredPortPage::LampIdle);
-    QMessageBox box(succeeded ? QMessageBox::Information : QMessageBox::Critical,
-                    QString::fromUtf8(ResultBoxTitle), succeeded ? tr("test successful") : tr("test failed"),
-                    QMessageBox::Ok, nullptr, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
-    box.setObjectName(QStringLiteral("pingResultBox"));
-    box.setStyleSheet(QLatin1String(ResultBoxStyle));
-    box.exec();
 }
 
 int NetworkSettings::detect_process(const char *name)

@@ -158,7 +158,6 @@ private:
     void leaseArrived(int port);
     bool sharedRowShown() const;
     int portOfSender() const;
-    void showTestResult(bool succeeded);
     QList<WiredPortPage *> wiredPages() const;
 
     int m_fontId = -1;
