@@ -2,6 +2,7 @@
 // presses, switch and button clicks, modal boxes answered from a timer.
 // Every program it starts is a recording stand-in.
 #include "inputdialog.h"
+#include "settings.h"
 #include "mobilenetworkui.h"
 #include "modaldriver.h"
 #include "networkpagerig.h"
@@ -11,6 +12,8 @@
 #include "wirelesswgtui.h"
 
 #include <QComboBox>
+#include <QDir>
+#include <QScopeGuard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -119,6 +122,7 @@ private slots:
     void successfulTest();
     void detectProcessFindsNothing();
     void capabilityWithoutHardware();
+    void keypadInWindowWritesTheDeviceRecord();
 };
 
 void TestNetworkSettings::tabsFollowTheCapabilityBits()
@@ -581,6 +585,33 @@ void TestNetworkSettings::capabilityWithoutHardware()
     QCOMPARE(rig.calls(), QStringList());
     rig.page().portPage(0)->defaultNetworkComboBox()->setCurrentIndex(3);
     QCOMPARE(int(Rig::registerByte(SysRegIdx::DefaultAdapter)), 3);
+}
+
+// Through the real window: the address typed on eth0's page reaches the
+// device image, and nothing but the address changes there.
+void TestNetworkSettings::keypadInWindowWritesTheDeviceRecord()
+{
+    TestPanel panel;
+    const QString previous = QDir::currentPath();
+    const auto back = qScopeGuard([&previous] { QDir::setCurrent(previous); });
+    QDir::setCurrent(panel.root());
+    const QByteArray before = panel.image();
+    Settings window;
+    window.init();
+    window.findChild<QPushButton *>(QStringLiteral("networkPushButton"))->click();
+    auto *eth0 = window.findChild<WiredPortPage *>(QStringLiteral("eth0Tab"));
+    QVERIFY(eth0);
+    panel.clearCalls();
+    ModalDriver::typeOnKeypad({"5", "0", "ENTER"});
+    QTest::mousePress(eth0->field(WiredPortPage::Address, 3), Qt::LeftButton);
+    QStringList tools;
+    for (const QStringList &call : panel.calls())
+        tools << call.value(0);
+    QCOMPARE(tools.count(QStringLiteral("writeee")), 1);
+    QByteArray expected = before;
+    expected[41 + 3] = char(50);
+    QCOMPARE(panel.image(), expected);
+    QCOMPARE(storedAddress(SysRegIdx::Eth0Ip), 0x3201a8c0u);
 }
 
 PANEL_GUI_TEST_MAIN(TestNetworkSettings)
