@@ -583,6 +583,7 @@ void NetworkSettings::onDisableNetworkSwitched()
 {
     const int port = m_ports[0] && sender() == m_ports[0]->disableSwitch() ? 0 : 1;
     m_disabled[port] = !m_disabled[port];
+    qCInfo(lcNetwork, "eth%d switched %s", port, m_disabled[port] ? "off" : "on");
     m_ports[port]->setSwitchShowsDisabled(m_disabled[port]);
     if (m_disabled[port])
         disableNetworkConfig(port, 1);
@@ -693,6 +694,7 @@ void NetworkSettings::leaseArrived(int port)
     const QStringList addresses = getipAddress(QStringLiteral("eth%1").arg(port));
     if (addresses.isEmpty())
         return;
+    qCInfo(lcNetwork, "eth%d leased %s/%s", port, qPrintable(addresses.value(0)), qPrintable(addresses.value(1)));
     const NetworkAddress::Lease lease = NetworkAddress::leaseValues(addresses.value(0), addresses.value(1));
     setIPToEE(port, lease.address);
     updateIPData(port);
@@ -883,6 +885,7 @@ void NetworkSettings::ping_test()
     if (state == PingResult::Missing)
         return;
     const bool succeeded = state == PingResult::Succeeded;
+    qCInfo(lcNetwork, "outer-network test %s", succeeded ? "succeeded" : "failed");
     for (WiredPortPage *page : wiredPages())
         page->setLamp(succeeded ? WiredPortPage::LampSucceeded : WiredPortPage::LampIdle);
     // The box runs its own event loop: a tick meanwhile reads the file again.
