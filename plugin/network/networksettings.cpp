@@ -33,10 +33,22 @@
 #include <QTabBar>
 #include <QTimer>
 #include <QTranslator>
+#include <QtEndian>
 
 #include <cstddef>
 
 Q_LOGGING_CATEGORY(lcNetwork, "tavro.settings.network")
+
+// Where each stored address value goes, for eth0 and eth1.
+const NetworkSettings::StoredField NetworkSettings::AddressField = {
+    {EEInfoDetail::Flash_WR_1::Eth0IpOffset, EEInfoDetail::Flash_WR_1::Eth1IpOffset},
+    Settings::IpAddress, {SysRegIdx::Eth0Ip, SysRegIdx::Eth1Ip}};
+const NetworkSettings::StoredField NetworkSettings::MaskField = {
+    {EEInfoDetail::Flash_WR_1::Eth0MaskOffset, EEInfoDetail::Flash_WR_1::Eth1MaskOffset},
+    Settings::SubnetMask, {SysRegIdx::Eth0Mask, SysRegIdx::Eth1Mask}};
+const NetworkSettings::StoredField NetworkSettings::GatewayField = {
+    {EEInfoDetail::Flash_WR_1::Eth0GatewayOffset, EEInfoDetail::Flash_WR_1::Eth1GatewayOffset},
+    Settings::Gateway, {SysRegIdx::Eth0Gateway, SysRegIdx::Eth1Gateway}};
 
 namespace {
 
@@ -51,9 +63,6 @@ const char EnableKey[] = "Network%1/enable";
 
 const unsigned DisabledRegister[2] = {SysRegIdx::Eth0Disabled, SysRegIdx::Eth1Disabled};
 const unsigned DhcpRegister[2] = {SysRegIdx::Eth0Dhcp, SysRegIdx::Eth1Dhcp};
-const unsigned AddressRegister[2] = {SysRegIdx::Eth0Ip, SysRegIdx::Eth1Ip};
-const unsigned MaskRegister[2] = {SysRegIdx::Eth0Mask, SysRegIdx::Eth1Mask};
-const unsigned GatewayRegister[2] = {SysRegIdx::Eth0Gateway, SysRegIdx::Eth1Gateway};
 
 bool validPort(int port)
 {
@@ -450,35 +459,32 @@ void NetworkSettings::setMask(int port, const QString &mask)
     EEInfoHandle::instance()->setMask(port, mask.toStdString());
 }
 
-void NetworkSettings::setIPToEE(int port, unsigned int value)
+void NetworkSettings::storeField(const StoredField &stored, int port, quint32 value)
 {
     if (!validPort(port))
         return;
-    quint32 &field = port == eth0 ? m_records.wr1.eth0Ip : m_records.wr1.eth1Ip;
-    field = value;
-    emit updateEEData(m_records.wr1, Settings::IpAddress);
+    // By offset: the fields lie at odd offsets of the packed record, where a
+    // plain quint32 reference would be an unaligned access on ARM.
+    auto *bytes = reinterpret_cast<unsigned char *>(&m_records.wr1) + stored.offset[port];
+    qToLittleEndian<quint32>(value, bytes);
+    emit updateEEData(m_records.wr1, stored.type);
     // The register is wider than the field: the bytes after it go along.
-    SysReg_Write(AddressRegister[port], &field, sizeof field);
+    SysReg_Write(stored.registerIndex[port], bytes, sizeof value);
+}
+
+void NetworkSettings::setIPToEE(int port, unsigned int value)
+{
+    storeField(AddressField, port, value);
 }
 
 void NetworkSettings::setMaskToEE(int port, unsigned int value)
 {
-    if (!validPort(port))
-        return;
-    quint32 &field = port == eth0 ? m_records.wr1.eth0Mask : m_records.wr1.eth1Mask;
-    field = value;
-    emit updateEEData(m_records.wr1, Settings::SubnetMask);
-    SysReg_Write(MaskRegister[port], &field, sizeof field);
+    storeField(MaskField, port, value);
 }
 
 void NetworkSettings::setGatewayToEE(int port, unsigned int value)
 {
-    if (!validPort(port))
-        return;
-    quint32 &field = port == eth0 ? m_records.wr1.eth0Gateway : m_records.wr1.eth1Gateway;
-    field = value;
-    emit updateEEData(m_records.wr1, Settings::Gateway);
-    SysReg_Write(GatewayRegister[port], &field, sizeof field);
+    storeField(GatewayField, port, value);
 }
 
 void NetworkSettings::updateIPData(int port)

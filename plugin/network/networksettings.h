@@ -138,7 +138,22 @@ public slots:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+public:
+    // A stored address value: its record field, record-change type and
+    // register, for eth0 and eth1.
+    struct StoredField
+    {
+        int offset[2];
+        Settings::FlashWR1DataType type;
+        unsigned registerIndex[2];
+    };
+
 private:
+    static const StoredField AddressField;
+    static const StoredField MaskField;
+    static const StoredField GatewayField;
+    void storeField(const StoredField &stored, int port, quint32 value);
+
     // The page's record copies lie back to back: a register write of a field
     // near the end of the first record takes its 8 bytes across the seam.
     struct Records
