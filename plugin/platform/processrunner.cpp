@@ -196,6 +196,47 @@ bool waitReady(int fd, short events, const Deadline &deadline)
     }
 }
 
+// Runs `command` with `stream` (its input or output) on a pipe and moves up
+// to `size` bytes through it until the buffer is done, the tool closes its
+// end, or the bound passes.
+int exchange(const char *command, int stream, char *buf, int size, int boundMs, int *count)
+{
+    if (count)
+        *count = 0;
+    if (!command || (!buf && size > 0) || size < 0) {
+        errno = EINVAL;
+        return ProcessRunner::NotStarted;
+    }
+    reapLeftovers();
+    const Deadline deadline(boundMs);
+    int fd = -1;
+    const pid_t pid = spawnShell(command, stream, &fd);
+    if (pid < 0)
+        return ProcessRunner::NotStarted;
+    const bool reading = stream == STDOUT_FILENO;
+    int done = 0;
+    bool overdue = false;
+    while (done < size) {
+        if (!waitReady(fd, reading ? POLLIN : POLLOUT, deadline)) {
+            overdue = true;
+            break;
+        }
+        const ssize_t n = reading ? read(fd, buf + done, size_t(size - done))
+                                  : write(fd, buf + done, size_t(size - done));
+        if (n < 0 && (errno == EINTR || errno == EAGAIN))
+            continue;
+        if (n <= 0)
+            break;          // end of the tool's output, or it closed its input
+        done += int(n);
+    }
+    // Closing our end first lets a tool with more to say end on SIGPIPE.
+    close(fd);
+    if (count)
+        *count = done;
+    return finish(pid, deadline, overdue, command, boundMs).inTime ? ProcessRunner::Done
+                                                                   : ProcessRunner::TimedOut;
+}
+
 } // namespace
 
 namespace ProcessRunner {
@@ -213,69 +254,14 @@ int system(const QByteArray &command, int boundMs)
 
 int readFrom(const char *command, char *buf, int size, int boundMs, int *count)
 {
-    if (count)
-        *count = 0;
-    if (!command || (!buf && size > 0) || size < 0) {
-        errno = EINVAL;
-        return NotStarted;
-    }
-    reapLeftovers();
-    const Deadline deadline(boundMs);
-    int fd = -1;
-    const pid_t pid = spawnShell(command, STDOUT_FILENO, &fd);
-    if (pid < 0)
-        return NotStarted;
-    int got = 0;
-    bool overdue = false;
-    while (got < size) {
-        if (!waitReady(fd, POLLIN, deadline)) {
-            overdue = true;
-            break;
-        }
-        const ssize_t n = read(fd, buf + got, size_t(size - got));
-        if (n < 0 && (errno == EINTR || errno == EAGAIN))
-            continue;
-        if (n <= 0)
-            break;
-        got += int(n);
-    }
-    // Closing our end first lets a tool with more to say end on SIGPIPE.
-    close(fd);
-    if (count)
-        *count = got;
-    return finish(pid, deadline, overdue, command, boundMs).inTime ? Done : TimedOut;
+    return exchange(command, STDOUT_FILENO, buf, size, boundMs, count);
 }
 
 int writeTo(const char *command, const char *buf, int size, int boundMs)
 {
-    if (!command || (!buf && size > 0) || size < 0) {
-        errno = EINVAL;
-        return NotStarted;
-    }
-    reapLeftovers();
     // A tool that exits without reading its input must not take the host down.
     SigPipeGuard guard;
-    const Deadline deadline(boundMs);
-    int fd = -1;
-    const pid_t pid = spawnShell(command, STDIN_FILENO, &fd);
-    if (pid < 0)
-        return NotStarted;
-    int put = 0;
-    bool overdue = false;
-    while (put < size) {
-        if (!waitReady(fd, POLLOUT, deadline)) {
-            overdue = true;
-            break;
-        }
-        const ssize_t n = write(fd, buf + put, size_t(size - put));
-        if (n < 0 && (errno == EINTR || errno == EAGAIN))
-            continue;
-        if (n <= 0)
-            break;          // the tool closed its input
-        put += int(n);
-    }
-    close(fd);
-    return finish(pid, deadline, overdue, command, boundMs).inTime ? Done : TimedOut;
+    return exchange(command, STDIN_FILENO, const_cast<char *>(buf), size, boundMs, nullptr);
 }
 
 } // namespace ProcessRunner
