@@ -103,6 +103,19 @@ private slots:
         QTest::newRow("hostile gateway text") << hostile << QStringList{DelEth0, DelEth1, QStringLiteral("<not run>"), addEth(1, 2)};
     }
 
+    // Register 78 may hold any byte: the wired metrics follow the stored
+    // value for 0..2 and are 2 and 2 for everything else.
+    void everyStoredByte()
+    {
+        for (int stored = 0; stored <= 255; ++stored) {
+            RouteSituation s = situation(-1, true, false, false);
+            s.storedSelection = stored;
+            const int eth0 = stored == 0 ? 1 : stored == 2 ? 2 : stored == 1 ? 1 : 2;
+            const int eth1 = stored == 0 ? 11 : stored == 2 ? 1 : 2;
+            QCOMPARE(texts(RouteRules::commands(s)), (QStringList{DelEth0, DelEth1, addEth(0, eth0), addEth(1, eth1)}));
+        }
+    }
+
     void commands()
     {
         QFETCH(RouteSituation, situation);
