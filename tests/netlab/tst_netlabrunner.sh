@@ -93,6 +93,20 @@ check "SIGTERM ends the runner (143, got $status)" test "$status" -eq 143
 left=$(in_namespaces "$work/ns-term")
 check "nothing is left in the lab's namespaces after SIGTERM${left:+: $left}" test -z "$left"
 
+# Where no lab can be made (here: an ordinary user), one line says why and
+# CTest is told to skip; CI is told to fail instead.
+# (A copy the user can reach, wherever the checkout lies.)
+cp "$runner" "$work/run-as-user"
+chmod 0755 "$work" "$work/run-as-user"
+as_user() { (cd / && setpriv --reuid=65534 --regid=65534 --clear-groups "$@"); }
+skip_text=$(as_user env -u CI "$work/run-as-user" true 2>&1)
+status=$?
+check "without root the runner skips (77, got $status) saying why: $skip_text" \
+    test "$status" -eq 77 -a "$skip_text" = "run-in-netlab: skipped, the network lab cannot be built here: it needs root (CAP_SYS_ADMIN and CAP_NET_ADMIN)"
+as_user env CI=true "$work/run-as-user" true >/dev/null 2>&1
+status=$?
+check "without root on CI the runner fails (1, got $status)" test "$status" -eq 1
+
 after=$(machine_state)
 check "the machine's links, addresses, routes, namespaces and resolver file are unchanged" \
     test "$before" = "$after"
