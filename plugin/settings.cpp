@@ -469,6 +469,6 @@ void Settings::updateLanguage(Settings::Language language)
     qint32 value = language;
     SysReg_WriteNotify(SysRegIdx::Language, &value, sizeof value);
     emit changeLanguage(shown);
-    QCoreApplication::installTranslator(m_translator);
+    LanguageList::installFirst(m_translator);
     refresh();
 }

@@ -10,6 +10,7 @@
 struct EnduranceConfig {
     int cycles = 80;
     int warmUpCycles = -1;      // -1: a tenth of the cycles, at least 40
+    int languageSwitches = 300;
     int idleSeconds = 6;
     int idleSampleMs = 500;
     QString outDir;

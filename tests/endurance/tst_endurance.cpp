@@ -6,6 +6,7 @@
 // long. Environment:
 //   ENDURANCE_CYCLES          window cycles (default 80)
 //   ENDURANCE_WARMUP          cycles before judging (default: a tenth, at least 40)
+//   ENDURANCE_SWITCHES        language switches inside one window (default 300)
 //   ENDURANCE_IDLE_SECONDS    how long the window stays open idle (default 6)
 //   ENDURANCE_IDLE_SAMPLE_MS  time between idle samples (default 500)
 //   ENDURANCE_OUT             folder for cycles.csv and idle.csv (default: none)
@@ -32,6 +33,9 @@ constexpr double HeapLimitBytes = 1024.0;
 // caches: it is held to the cycle limit for each tick of the clock, and
 // only a long run to the limit per minute.
 constexpr double ClockTicksPerMinute = 60.0;
+// A switch there and back rewrites every caption of the window; what stays
+// behind must be far below the size of one installed catalogue entry.
+constexpr double LanguageSwitchHeapLimitBytes = 32.0;
 // An idle window polls its clock (no program) and writes the device record
 // back only after a change: nothing at all is started while it is idle.
 constexpr double PollingProgramsPerMinute = 0.0;
@@ -65,6 +69,7 @@ class TestEndurance : public QObject
 private slots:
     void initTestCase();
     void cycles();
+    void languageSwitches();
     void idle();
 
 private:
@@ -134,6 +139,34 @@ void TestEndurance::cycles()
     if (series.change(ProcessSample::Descriptors, warmUp) > 0)
         grown << QStringLiteral("opened since the warm-up: ") + descriptorGrowth(descriptorsAfterWarmUp).join(", ");
     QVERIFY2(grown.isEmpty(), qPrintable(grown.join(QStringLiteral("; "))));
+}
+
+void TestEndurance::languageSwitches()
+{
+    // Within one window, as an operator who switches back and forth.
+    TestPanel panel;
+    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
+    QPluginLoader loader;
+    SettingsInterface *plugin = loadPlugin(&loader);
+    QVERIFY2(plugin, qPrintable(loader.errorString()));
+    WindowCycle cycle(plugin);
+    QScopedPointer<QDialog> window(cycle.open());
+    QVERIFY2(window, qPrintable(cycle.errorString()));
+    const int switches = m_config.languageSwitches;
+    SampleSeries series(switches + 1);
+    series.add(ProcessSampler::take());
+    QElapsedTimer clock;
+    clock.start();
+    for (int n = 1; n <= switches; ++n) {
+        QVERIFY2(cycle.switchLanguageAndBack(window.data()), qPrintable(cycle.errorString()));
+        series.add(ProcessSampler::take());
+    }
+    const int warmUp = switches / 5;
+    say(QStringLiteral("%1 switches there and back in %2 s").arg(switches).arg(clock.elapsed() / 1000.0, 0, 'f', 1));
+    sayFigures(series, warmUp, QStringLiteral("switch"), 1.0);
+    const QStringList grown = series.growth(warmUp, LanguageSwitchHeapLimitBytes, QStringLiteral("switch"));
+    QVERIFY2(grown.isEmpty(), qPrintable(grown.join(QStringLiteral("; "))));
+    QVERIFY2(cycle.closeThroughRegister(window.data()), qPrintable(cycle.errorString()));
 }
 
 void TestEndurance::idle()
