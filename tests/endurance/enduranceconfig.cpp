@@ -24,7 +24,8 @@ EnduranceConfig EnduranceConfig::fromEnvironment()
     EnduranceConfig config;
     config.cycles = ::fromEnvironment("ENDURANCE_CYCLES", config.cycles, 1);
     config.warmUpCycles = ::fromEnvironment("ENDURANCE_WARMUP", config.warmUpCycles, 0);
-    config.languageSwitches = ::fromEnvironment("ENDURANCE_SWITCHES", config.languageSwitches, 10);
+    // Fewer switches give too few samples to tell growth from noise.
+    config.languageSwitches = ::fromEnvironment("ENDURANCE_SWITCHES", config.languageSwitches, 150);
     config.idleSeconds = ::fromEnvironment("ENDURANCE_IDLE_SECONDS", config.idleSeconds, 1);
     config.idleSampleMs = ::fromEnvironment("ENDURANCE_IDLE_SAMPLE_MS", config.idleSampleMs, 10);
     config.outDir = qEnvironmentVariable("ENDURANCE_OUT");

@@ -6,7 +6,7 @@
 // long. Environment:
 //   ENDURANCE_CYCLES          window cycles (default 80)
 //   ENDURANCE_WARMUP          cycles before judging (default: a tenth, at least 40)
-//   ENDURANCE_SWITCHES        language switches inside one window (default 300)
+//   ENDURANCE_SWITCHES        language switches inside one window (default 300, at least 150)
 //   ENDURANCE_IDLE_SECONDS    how long the window stays open idle (default 6)
 //   ENDURANCE_IDLE_SAMPLE_MS  time between idle samples (default 500)
 //   ENDURANCE_OUT             folder for cycles.csv and idle.csv (default: none)
@@ -161,7 +161,7 @@ void TestEndurance::languageSwitches()
         QVERIFY2(cycle.switchLanguageAndBack(window.data()), qPrintable(cycle.errorString()));
         series.add(ProcessSampler::take());
     }
-    const int warmUp = switches / 5;
+    const int warmUp = qMax(40, switches / 5);
     say(QStringLiteral("%1 switches there and back in %2 s").arg(switches).arg(clock.elapsed() / 1000.0, 0, 'f', 1));
     sayFigures(series, warmUp, QStringLiteral("switch"), 1.0);
     const QStringList grown = series.growth(warmUp, LanguageSwitchHeapLimitBytes, QStringLiteral("switch"));
