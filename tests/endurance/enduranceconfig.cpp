@@ -86,3 +86,15 @@ void CsvFile::write(const QString &line)
     std::fprintf(m_file, "%s\n", line.toLocal8Bit().constData());
     std::fflush(m_file);
 }
+
+void saveMemoryMap(const EnduranceConfig &config, const QString &name)
+{
+    const QString path = config.csvPath(name);
+    if (path.isEmpty())
+        return;
+    QFile map(QStringLiteral("/proc/self/smaps"));
+    QFile copy(path);
+    // The kernel gives the file no size: read it to its end.
+    if (map.open(QIODevice::ReadOnly) && copy.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        copy.write(map.readAll());
+}

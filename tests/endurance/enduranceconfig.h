@@ -25,6 +25,11 @@ struct EnduranceConfig {
     QString csvPath(const QString &name) const;
 };
 
+// Copies the kernel's map of this process's memory (/proc/self/smaps) to
+// the output folder, so that a long run can tell which mapping held on to
+// resident pages. Nothing without an output folder.
+void saveMemoryMap(const EnduranceConfig &config, const QString &name);
+
 // A CSV file written line by line as samples arrive, so a long run that is
 // stopped early still leaves its figures. Does nothing without a path.
 class CsvFile

@@ -40,6 +40,18 @@ constexpr double LanguageSwitchHeapLimitBytes = 32.0;
 // back only after a change: nothing at all is started while it is idle.
 constexpr double PollingProgramsPerMinute = 0.0;
 
+QtMessageHandler previousHandler = nullptr;
+
+// Every window shown on the offscreen platform warns that it cannot
+// propagate size hints: thousands of cycles would use up QtTest's budget of
+// warnings and hide any that matter.
+void dropOffscreenNoise(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type == QtWarningMsg && message == QLatin1String("This plugin does not support propagateSizeHints()"))
+        return;
+    previousHandler(type, context, message);
+}
+
 void say(const QString &line)
 {
     std::printf("%s\n", qPrintable(line));
@@ -82,6 +94,7 @@ private:
 void TestEndurance::initTestCase()
 {
     m_config = EnduranceConfig::fromEnvironment();
+    previousHandler = qInstallMessageHandler(dropOffscreenNoise);
 }
 
 SettingsInterface *TestEndurance::loadPlugin(QPluginLoader *loader)
@@ -123,8 +136,10 @@ void TestEndurance::cycles()
     for (int n = 1; n <= m_config.cycles; ++n) {
         QVERIFY2(cycle.run(), qPrintable(QStringLiteral("cycle %1: %2").arg(n).arg(cycle.errorString())));
         panel.clearCalls();   // the stand-ins' log is a file of the test, not of the window
-        if (n == warmUp)
+        if (n == warmUp) {
             descriptorsAfterWarmUp = ProcessSampler::openDescriptors();
+            saveMemoryMap(m_config, QStringLiteral("smaps-warmup.txt"));
+        }
         series.add(ProcessSampler::take());
         csv.write(SampleSeries::csvRow(n, clock.elapsed() / 1000.0, series.at(n)));
         if (n % tenth == 0 || n == m_config.cycles)
@@ -134,6 +149,7 @@ void TestEndurance::cycles()
             .arg(m_config.cycles).arg(clock.elapsed() / 1000.0, 0, 'f', 1)
             .arg(double(clock.elapsed()) / qMax(1, m_config.cycles), 0, 'f', 1).arg(cycle.pagesVisited()));
     sayFigures(series, warmUp, QStringLiteral("cycle"), 1.0);
+    saveMemoryMap(m_config, QStringLiteral("smaps-end.txt"));
 
     QStringList grown = series.growth(warmUp, HeapLimitBytes, QStringLiteral("cycle"));
     if (series.change(ProcessSample::Descriptors, warmUp) > 0)

@@ -57,7 +57,7 @@ const char *ProcessSample::name(Measure m)
 {
     static const char *const names[MeasureCount] = {
         "heap", "resident", "fds", "threads", "children", "zombies",
-        "toplevels", "appchildren", "fonts", "timers",
+        "toplevels", "appchildren", "fonts", "timers", "heapheld",
     };
     return names[m];
 }
@@ -68,6 +68,12 @@ qint64 heapInUse()
 {
     const struct mallinfo2 info = mallinfo2();
     return qint64(info.uordblks + info.hblkhd);
+}
+
+qint64 heapHeld()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return qint64(info.arena + info.hblkhd);
 }
 
 qint64 residentBytes()
@@ -167,6 +173,7 @@ ProcessSample take()
     s.values[ProcessSample::ResidentBytes] = residentBytes();
     // Last, after the temporaries of the other readings are gone.
     s.values[ProcessSample::HeapBytes] = heapInUse();
+    s.values[ProcessSample::HeapHeldBytes] = heapHeld();
     return s;
 }
 

@@ -19,13 +19,14 @@ struct ProcessSample {
         AppChildren,        // QObject children of the application object
         AppFonts,           // application font ids that name a family
         Timers,             // QTimer objects under the top-level widgets
+        HeapHeldBytes,      // what malloc holds from the kernel, used or free
         MeasureCount
     };
     std::array<qint64, MeasureCount> values {};
 
     qint64 operator[](Measure m) const { return values[size_t(m)]; }
     static const char *name(Measure m);     // short, for tables and CSV
-    static bool isBytes(Measure m) { return m == HeapBytes || m == ResidentBytes; }
+    static bool isBytes(Measure m) { return m == HeapBytes || m == ResidentBytes || m == HeapHeldBytes; }
 };
 
 namespace ProcessSampler {
@@ -35,6 +36,7 @@ namespace ProcessSampler {
 ProcessSample take();
 
 qint64 heapInUse();
+qint64 heapHeld();
 qint64 residentBytes();
 int threadCount();
 // Files behind the open descriptors, e.g. "3 -> /dev/null".

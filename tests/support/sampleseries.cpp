@@ -1,12 +1,14 @@
 #include "sampleseries.h"
 
 #include <algorithm>
+#include <QtGlobal>
 
 namespace {
 
 constexpr int WindowDivisor = 5;
 constexpr int MinWindow = 3;
 constexpr int ColumnWidth = 11;
+constexpr double Quantiles[] = {0.1, 0.25, 0.5, 0.75, 0.9};
 
 QString formatted(ProcessSample::Measure measure, qint64 value)
 {
@@ -34,18 +36,21 @@ void SampleSeries::add(const ProcessSample &sample)
 
 SampleSeries::Window SampleSeries::window(ProcessSample::Measure measure, int from, int to) const
 {
-    std::vector<qint64> values;
-    values.reserve(size_t(to - from));
+    Window w;
+    w.sorted.reserve(size_t(to - from));
     for (int i = from; i < to; ++i)
-        values.push_back(at(i)[measure]);
-    const size_t middle = values.size() / 2;
-    std::nth_element(values.begin(), values.begin() + long(middle), values.end());
-    double median = double(values[middle]);
-    if (values.size() % 2 == 0) {
-        const qint64 below = *std::max_element(values.begin(), values.begin() + long(middle));
-        median = (median + double(below)) / 2.0;
-    }
-    return {median, (from + to - 1) / 2.0};
+        w.sorted.push_back(at(i)[measure]);
+    std::sort(w.sorted.begin(), w.sorted.end());
+    w.centre = (from + to - 1) / 2.0;
+    return w;
+}
+
+double SampleSeries::Window::quantile(double q) const
+{
+    const double at = q * double(sorted.size() - 1);
+    const size_t below = size_t(at);
+    const size_t above = qMin(below + 1, sorted.size() - 1);
+    return double(sorted[below]) + (at - double(below)) * double(sorted[above] - sorted[below]);
 }
 
 bool SampleSeries::windows(ProcessSample::Measure measure, int warmUp, Window *first, Window *last) const
@@ -62,20 +67,35 @@ bool SampleSeries::windows(ProcessSample::Measure measure, int warmUp, Window *f
 
 double SampleSeries::slope(ProcessSample::Measure measure, int warmUp) const
 {
-    Window first {};
-    Window last {};
+    Window first;
+    Window last;
     if (!windows(measure, warmUp, &first, &last) || last.centre <= first.centre)
         return 0.0;
-    return (last.median - first.median) / (last.centre - first.centre);
+    // A leak lifts every quantile of the later samples. A block that is
+    // sometimes alive when the sample is taken and sometimes not splits the
+    // samples into two levels, and moves a single quantile (the median too)
+    // by the whole block as soon as the share of the two levels changes: the
+    // shift is taken only as far as all quantiles agree on it.
+    double agreed = 0.0;
+    for (size_t i = 0; i < sizeof Quantiles / sizeof Quantiles[0]; ++i) {
+        const double shift = last.quantile(Quantiles[i]) - first.quantile(Quantiles[i]);
+        if (i == 0)
+            agreed = shift;
+        else if ((shift > 0) != (agreed > 0) || shift == 0)
+            return 0.0;
+        else
+            agreed = qAbs(shift) < qAbs(agreed) ? shift : agreed;
+    }
+    return agreed / (last.centre - first.centre);
 }
 
 double SampleSeries::change(ProcessSample::Measure measure, int warmUp) const
 {
-    Window first {};
-    Window last {};
+    Window first;
+    Window last;
     if (!windows(measure, warmUp, &first, &last))
         return 0.0;
-    return last.median - first.median;
+    return last.quantile(0.5) - first.quantile(0.5);
 }
 
 QStringList SampleSeries::growth(int warmUp, double heapLimit, const QString &step, double stepsPerSample) const
@@ -84,7 +104,7 @@ QStringList SampleSeries::growth(int warmUp, double heapLimit, const QString &st
     const int measured = size() - qBound(0, warmUp, size());
     for (int m = 0; m < ProcessSample::MeasureCount; ++m) {
         const auto measure = ProcessSample::Measure(m);
-        if (measure == ProcessSample::ResidentBytes)
+        if (measure == ProcessSample::ResidentBytes || measure == ProcessSample::HeapHeldBytes)
             continue;   // pages the allocator keeps: reported, not judged
         if (measure == ProcessSample::HeapBytes) {
             const double perStep = slope(measure, warmUp) / stepsPerSample;

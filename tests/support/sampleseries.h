@@ -20,12 +20,14 @@ public:
     int size() const { return int(m_samples.size()); }
     const ProcessSample &at(int step) const { return m_samples.at(size_t(step)); }
 
-    // Change per step after the first warmUp steps: the difference between
-    // the medians of the first and the last fifth of those samples, over the
-    // distance between them. Medians of windows let allocator noise and a
-    // lone outlier pass without hiding a steady climb.
+    // Change per step after the first warmUp steps: how far the first and
+    // the last fifth of those samples lie apart, over the distance between
+    // them. Compared by quantiles (tenth, quarter, median, three quarters,
+    // nine tenths) and counted only as far as all of them agree, so that
+    // allocator noise, a lone outlier or a block that is alive at some
+    // samples and not at others pass without hiding a steady climb.
     double slope(ProcessSample::Measure measure, int warmUp) const;
-    // The same difference of medians, not divided: what a count gained.
+    // The difference of the two fifths' medians: what a count gained.
     double change(ProcessSample::Measure measure, int warmUp) const;
 
     // One message per measure that grew after the warm-up: a count whose
@@ -42,8 +44,9 @@ public:
 
 private:
     struct Window {
-        double median;
-        double centre;
+        std::vector<qint64> sorted;
+        double centre = 0.0;
+        double quantile(double q) const;
     };
     Window window(ProcessSample::Measure measure, int from, int to) const;
     bool windows(ProcessSample::Measure measure, int warmUp, Window *first, Window *last) const;
