@@ -13,7 +13,7 @@ class SampleSeries
 {
 public:
     // Room for every sample is taken up front: a series that grew while it
-    // recorded would show its own growth in the heap it measures.
+    // recorded would show its own growth in the memory it measures.
     explicit SampleSeries(int capacity);
 
     void add(const ProcessSample &sample);
