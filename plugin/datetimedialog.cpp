@@ -94,6 +94,10 @@ DateTimeDialog *DateTimeDialog::Instance(int fontId, QSettings *settings, QWidge
 {
     if (!m_instance)
         m_instance = new DateTimeDialog(fontId, settings, parent);
+    else if (!m_instance->m_settings)
+        // The window whose configuration object the dialog was given is
+        // gone: the next window's object reads the same file.
+        m_instance->m_settings = settings;
     return m_instance;
 }
 

@@ -5,12 +5,13 @@
 
 #include <QByteArrayList>
 #include <QDialog>
+#include <QPointer>
+#include <QSettings>
 
 class QDateTime;
 class QFrame;
 class QLineEdit;
 class QPoint;
-class QSettings;
 
 namespace Ui {
 class DateTimeDialog;
@@ -73,7 +74,9 @@ private:
     int m_dialogWidth = 0;
     int m_yearWidth = 0;
     int m_fieldWidth = 0;
-    QSettings *m_settings;
+    // Belongs to the window that made the dialog, which the host deletes
+    // while the dialog lives on for the next window.
+    QPointer<QSettings> m_settings;
     DialogDrag m_drag;
 };
 

@@ -48,6 +48,12 @@ bool LanguageList::install(QTranslator *translator, int language)
 {
     if (!translator || !translator->load(catalogueFor(language)))
         return false;
-    QCoreApplication::installTranslator(translator);
+    installFirst(translator);
     return true;
+}
+
+void LanguageList::installFirst(QTranslator *translator)
+{
+    QCoreApplication::removeTranslator(translator);
+    QCoreApplication::installTranslator(translator);
 }

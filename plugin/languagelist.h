@@ -41,6 +41,12 @@ public:
     // translations in place.
     static bool install(QTranslator *translator, int language);
 
+    // Puts the translator first in the application's list. The application
+    // keeps a translator once for every time it was installed, and every
+    // translated text walks that list: a window whose language is switched
+    // again and again would make it ever longer.
+    static void installFirst(QTranslator *translator);
+
 private:
     QList<Entry> m_entries;
     int m_defaultLanguage = 0;

@@ -12,7 +12,6 @@
 
 #include <QEvent>
 #include <QFile>
-#include <QFontDatabase>
 #include <QGraphicsDropShadowEffect>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -28,7 +27,6 @@ Q_LOGGING_CATEGORY(lcSettings, "tavro.settings.window")
 namespace {
 
 const char SettingsFile[] = "/hmi/Config/system_settings.ini";
-const char FontFile[] = "/hmi/default.ttf";
 constexpr int WriteBackIntervalMs = 1000;
 constexpr int RepaintPollMs = 10;
 constexpr int CloseButtonSize = 40;
@@ -71,7 +69,7 @@ Settings::Settings(QWidget *parent)
     m_screenWidth = PanelScreen::size().width();
     adjustWgtSize();
     ui->retranslateUi(this);
-    m_fontId = QFontDatabase::addApplicationFont(PanelRoot::path(QString::fromLatin1(FontFile)));
+    m_fontId = PanelFont::registerPanelFont();
 
     setTitleBar();
     setSettingsFrame();
@@ -452,6 +450,6 @@ void Settings::updateLanguage(Settings::Language language)
     qint32 value = language;
     SysReg_WriteNotify(SysRegIdx::Language, &value, sizeof value);
     emit changeLanguage(shown);
-    QCoreApplication::installTranslator(m_translator);
+    LanguageList::installFirst(m_translator);
     refresh();
 }

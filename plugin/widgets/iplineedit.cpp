@@ -3,12 +3,12 @@
 
 #include "inputdialog.h"
 #include "octetvalidator.h"
+#include "panelfont.h"
 #include "panelroot.h"
 #include "panelscreen.h"
 #include "wirelesswgtui.h"
 
 #include <QEvent>
-#include <QFontDatabase>
 #include <QLineEdit>
 #include <QLoggingCategory>
 #include <QPointer>
@@ -23,7 +23,6 @@ constexpr int OctetCount = 4;
 constexpr int OctetMin = 0;
 constexpr int OctetMax = 255;
 
-const char FontFile[] = "/hmi/default.ttf";
 const char ConfigFile[] = "/hmi/Config/system_settings.ini";
 const QLatin1Char Dot('.');
 
@@ -107,7 +106,7 @@ bool IPLineEdit::eventFilter(QObject *watched, QEvent *event)
 void IPLineEdit::editOnKeypad(QLineEdit *field)
 {
     const int current = field->text().toInt();
-    const int fontId = QFontDatabase::addApplicationFont(PanelRoot::path(QString::fromLatin1(FontFile)));
+    const int fontId = PanelFont::registerPanelFont();
     if (fontId < 0)
         qCDebug(lcIpLineEdit) << "panel font not loaded, the keypad uses the default font";
     QSettings settings(PanelRoot::path(QString::fromLatin1(ConfigFile)), QSettings::IniFormat);

@@ -1,5 +1,6 @@
 // Parts of the settings window that the host cannot reach through the
 // plug-in interface, driven in-process from the plug-in's own objects.
+#include "datetimedialog.h"
 #include "inputdialog.h"
 #include "keyclick.h"
 #include "settings.h"
@@ -10,6 +11,7 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QPushButton>
 #include <QScreen>
 #include <QSettings>
 #include <QtTest>
@@ -28,6 +30,7 @@ private slots:
     void versionPageShowsTheDeviceTextOnOpening();
     void keyClickReadsTheConfiguration_data();
     void keyClickReadsTheConfiguration();
+    void dateTimeDialogOutlivesItsFirstWindow();
 };
 
 void TestSettingsInternal::languageBoxSize_data()
@@ -155,6 +158,27 @@ void TestSettingsInternal::keyClickReadsTheConfiguration()
     QCOMPARE(panel.calls("setbeep").size(), clicks ? 1 : 0);
     QVERIFY(!KeyClick::enabled(nullptr));
     KeyClick::play(nullptr);
+}
+
+void TestSettingsInternal::dateTimeDialogOutlivesItsFirstWindow()
+{
+    // The dialog is made once, by the first window's general page, and
+    // lives on after the host deleted that window and opened the next one.
+    SimulatedPanel::Options options;
+    options.buzzerOn = true;
+    TestPanel panel(options);
+    auto *first = new Settings;
+    first->init();
+    delete first;
+    Settings second;
+    second.init();
+    DateTimeDialog *dialog = DateTimeDialog::Instance(-1, nullptr, nullptr);
+    auto *close = dialog->findChild<QPushButton *>(QStringLiteral("closePushButton"));
+    QVERIFY(close);
+    panel.clearCalls();
+    QTest::mouseClick(close, Qt::LeftButton);
+    // Its close button still reads the key click from the configuration.
+    QCOMPARE(panel.calls(QStringLiteral("setbeep")).size(), 1);
 }
 
 PANEL_GUI_TEST_MAIN(TestSettingsInternal)
