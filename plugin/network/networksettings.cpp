@@ -14,6 +14,7 @@
 #include "processlookup.h"
 #include "processrunner.h"
 #include "resolverfile.h"
+#include "rowhidingcombobox.h"
 #include "routerules.h"
 #include "sysreg.h"
 #include "vpnsetui.h"
@@ -24,7 +25,6 @@
 #include <QEvent>
 #include <QFile>
 #include <QLineEdit>
-#include <QListView>
 #include <QLoggingCategory>
 #include <QMessageBox>
 #include <QPushButton>
@@ -162,12 +162,12 @@ void NetworkSettings::buildPorts(int screenWidth)
     // gateway even on a panel without the port.
     for (int port = 0; port < 2; ++port) {
         if (!m_ports[port]) {
-            m_ports[port] = new WiredPortPage(port, this);
+            m_ports[port] = new WiredPortPage(port, m_font, this);
             m_ports[port]->setObjectName(QStringLiteral("eth%1Tab").arg(port));
             m_ports[port]->hide();
         }
         WiredPortPage *page = m_ports[port];
-        page->adjustToScreen(screenWidth, m_font);
+        page->adjustToScreen(screenWidth);
         if (page->modeComboBox()->count() == 0)
             page->modeComboBox()->addItems({QString(), QString()});
         for (QLineEdit *field : page->fields())
@@ -753,9 +753,8 @@ void NetworkSettings::fillSelectors()
 void NetworkSettings::setSelectorRowHidden(int row, bool hidden)
 {
     for (WiredPortPage *page : wiredPages()) {
-        QComboBox *selector = page->defaultNetworkComboBox();
-        if (auto *view = qobject_cast<QListView *>(selector->view()))
-            view->setRowHidden(row, hidden);
+        RowHidingComboBox *selector = page->defaultNetworkComboBox();
+        selector->setRowHidden(row, hidden);
         // Leaving a hidden row goes through the selector's own handler,
         // which re-applies the routes.
         if (hidden && selector->currentIndex() == row)

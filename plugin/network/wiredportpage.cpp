@@ -4,9 +4,9 @@
 #include "testbuttonstyle.h"
 
 #include <QComboBox>
+#include "rowhidingcombobox.h"
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QPixmap>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -58,11 +58,15 @@ const Sizes &sizesFor(int screenWidth)
 
 } // namespace
 
-WiredPortPage::WiredPortPage(int port, QWidget *parent)
+WiredPortPage::WiredPortPage(int port, const QFont &font, QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::WiredPortPage)
     , m_port(port)
 {
+    // The font before the children: a combo box told of a new font later
+    // builds its popup at once, and Qt's style sheet engine keeps rules
+    // for every such popup after it is gone, window after window.
+    setFont(font);
     ui->setupUi(this);
     QLineEdit *const all[GroupCount][4] = {
         {ui->ipEdit1, ui->ipEdit2, ui->ipEdit3, ui->ipEdit4},
@@ -80,9 +84,6 @@ WiredPortPage::WiredPortPage(int port, QWidget *parent)
             all[group][octet]->setStyleSheet(QLatin1String(FieldStyle));
         }
     }
-    // Rows of the default-network selector are hidden, which needs a list view.
-    ui->defaultNetworkComboBox->setView(new QListView(ui->defaultNetworkComboBox));
-    ui->modeComboBox->setView(new QListView(ui->modeComboBox));
     ui->setDefaultGatewayButton->setStyleSheet(QLatin1String(ButtonStyle));
     ui->TestButton->setStyleSheet(QLatin1String(TestButtonStyle::idle()));
     ui->lampLabel->setFixedSize(LampSize, LampSize);
@@ -150,8 +151,8 @@ void WiredPortPage::clearFields()
         edit->setText(QStringLiteral("0"));
 }
 
-QComboBox *WiredPortPage::modeComboBox() const { return ui->modeComboBox; }
-QComboBox *WiredPortPage::defaultNetworkComboBox() const { return ui->defaultNetworkComboBox; }
+RowHidingComboBox *WiredPortPage::modeComboBox() const { return ui->modeComboBox; }
+RowHidingComboBox *WiredPortPage::defaultNetworkComboBox() const { return ui->defaultNetworkComboBox; }
 QPushButton *WiredPortPage::disableSwitch() const { return ui->disableNetworkSwitch; }
 QPushButton *WiredPortPage::testButton() const { return ui->TestButton; }
 QPushButton *WiredPortPage::setDefaultGatewayButton() const { return ui->setDefaultGatewayButton; }
@@ -209,12 +210,9 @@ void WiredPortPage::retranslate()
     ui->label_defaultGateway->setText(gateway);
 }
 
-void WiredPortPage::adjustToScreen(int screenWidth, const QFont &font)
+void WiredPortPage::adjustToScreen(int screenWidth)
 {
     const Sizes &sizes = sizesFor(screenWidth);
-    setFont(font);
-    for (QWidget *child : findChildren<QWidget *>())
-        child->setFont(font);
     for (QLineEdit *edit : fields())
         edit->setFixedSize(sizes.fieldWidth, sizes.rowHeight);
     ui->modeComboBox->setFixedSize(sizes.comboWidth, sizes.rowHeight);

@@ -8,6 +8,7 @@ namespace Ui {
 class WiredPortPage;
 }
 class QComboBox;
+class RowHidingComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -25,7 +26,7 @@ public:
     enum ModeRow { StaticRow = 0, DynamicRow = 1 };
     enum Lamp { LampIdle, LampRunning, LampSucceeded };
 
-    WiredPortPage(int port, QWidget *parent = nullptr);
+    WiredPortPage(int port, const QFont &font, QWidget *parent = nullptr);
     ~WiredPortPage() override;
 
     int port() const { return m_port; }
@@ -42,8 +43,8 @@ public:
     // Every field "0": what a switched-off port or an awaited lease shows.
     void clearFields();
 
-    QComboBox *modeComboBox() const;
-    QComboBox *defaultNetworkComboBox() const;
+    RowHidingComboBox *modeComboBox() const;
+    RowHidingComboBox *defaultNetworkComboBox() const;
     QPushButton *disableSwitch() const;
     QPushButton *testButton() const;
     QPushButton *setDefaultGatewayButton() const;
@@ -61,7 +62,7 @@ public:
     void setGatewayLabel(const QString &text);
 
     void retranslate();
-    void adjustToScreen(int screenWidth, const QFont &font);
+    void adjustToScreen(int screenWidth);
 
 private:
     Ui::WiredPortPage *ui;

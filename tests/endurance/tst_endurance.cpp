@@ -19,10 +19,26 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QPixmapCache>
 #include <QPluginLoader>
 #include <QtTest>
 
 #include <cstdio>
+
+namespace {
+
+// Qt keeps pixmaps it derives while painting in a cache of bounded size
+// (QPixmapCache, 10 MiB by default), keyed partly by the source pixmap:
+// every new window adds entries until the cache trims itself, which looks
+// like growth for thousands of cycles and then like a sudden drop. It is
+// emptied before each sample so that what stays is what the window keeps.
+ProcessSample settledSample()
+{
+    QPixmapCache::clear();
+    return ProcessSampler::take();
+}
+
+} // namespace
 
 namespace {
 
@@ -129,7 +145,7 @@ void TestEndurance::cycles()
     QElapsedTimer clock;
     clock.start();
 
-    series.add(ProcessSampler::take());
+    series.add(settledSample());
     csv.write(SampleSeries::csvRow(0, 0, series.at(0)));
     say(SampleSeries::header(QStringLiteral("cycle")));
     say(SampleSeries::row(QStringLiteral("start"), series.at(0)));
@@ -140,7 +156,7 @@ void TestEndurance::cycles()
             descriptorsAfterWarmUp = ProcessSampler::openDescriptors();
             saveMemoryMap(m_config, QStringLiteral("smaps-warmup.txt"));
         }
-        series.add(ProcessSampler::take());
+        series.add(settledSample());
         csv.write(SampleSeries::csvRow(n, clock.elapsed() / 1000.0, series.at(n)));
         if (n % tenth == 0 || n == m_config.cycles)
             say(SampleSeries::row(QString::number(n), series.at(n)));
@@ -170,12 +186,12 @@ void TestEndurance::languageSwitches()
     QVERIFY2(window, qPrintable(cycle.errorString()));
     const int switches = m_config.languageSwitches;
     SampleSeries series(switches + 1);
-    series.add(ProcessSampler::take());
+    series.add(settledSample());
     QElapsedTimer clock;
     clock.start();
     for (int n = 1; n <= switches; ++n) {
         QVERIFY2(cycle.switchLanguageAndBack(window.data()), qPrintable(cycle.errorString()));
-        series.add(ProcessSampler::take());
+        series.add(settledSample());
     }
     const int warmUp = qMax(40, switches / 5);
     say(QStringLiteral("%1 switches there and back in %2 s").arg(switches).arg(clock.elapsed() / 1000.0, 0, 'f', 1));
@@ -205,14 +221,14 @@ void TestEndurance::idle()
     panel.clearCalls();
     QElapsedTimer clock;
     clock.start();
-    series.add(ProcessSampler::take());
+    series.add(settledSample());
     csv.write(SampleSeries::csvRow(0, 0, series.at(0)));
     say(SampleSeries::header(QStringLiteral("minute")));
     say(SampleSeries::row(QStringLiteral("start"), series.at(0)));
     for (int n = 1; n <= samples; ++n) {
         // Idle means time passing with the window's timers running.
         QTest::qWait(int(qint64(n) * m_config.idleSampleMs - clock.elapsed()));
-        series.add(ProcessSampler::take());
+        series.add(settledSample());
         const double minutes = clock.elapsed() / 60000.0;
         csv.write(SampleSeries::csvRow(minutes, clock.elapsed() / 1000.0, series.at(n)));
         if (n % tenth == 0 || n == samples)

@@ -5,6 +5,7 @@
 #include "netlab.h"
 #include "networkaddress.h"
 #include "networksettings.h"
+#include "rowhidingcombobox.h"
 #include "settings.h"
 #include "sysreg.h"
 #include "testharness.h"

@@ -2,6 +2,7 @@
 // presses, switch and button clicks, modal boxes answered from a timer.
 // Every program it starts is a recording stand-in.
 #include "inputdialog.h"
+#include "rowhidingcombobox.h"
 #include "settings.h"
 #include "mobilenetworkui.h"
 #include "modaldriver.h"
@@ -31,10 +32,9 @@ using Rig = NetworkPageRig;
 const QString DelEth0 = QStringLiteral("route del default dev eth0");
 const QString DelEth1 = QStringLiteral("route del default dev eth1");
 
-bool rowHidden(QComboBox *box, int row)
+bool rowHidden(RowHidingComboBox *box, int row)
 {
-    auto *view = qobject_cast<QListView *>(box->view());
-    return view && view->isRowHidden(row);
+    return box->isRowHidden(row);
 }
 
 QStringList tabTitles(const QTabWidget &tabs)
@@ -123,6 +123,7 @@ private slots:
     void detectProcessFindsNothing();
     void capabilityWithoutHardware();
     void keypadInWindowWritesTheDeviceRecord();
+    void comboPopupsAreNotBuiltUpFront();
 };
 
 void TestNetworkSettings::tabsFollowTheCapabilityBits()
@@ -443,7 +444,7 @@ void TestNetworkSettings::wlanSwitchedOffLeavesSharedRow()
     QVERIFY(wifi);
     emit wifi->wifiEanbleSignal(1);
     for (int port = 0; port < 2; ++port) {
-        QComboBox *selector = rig.page().portPage(port)->defaultNetworkComboBox();
+        RowHidingComboBox *selector = rig.page().portPage(port)->defaultNetworkComboBox();
         QCOMPARE(selector->currentIndex(), 0);
         QVERIFY(rowHidden(selector, 3));
     }
@@ -612,6 +613,39 @@ void TestNetworkSettings::keypadInWindowWritesTheDeviceRecord()
     expected[41 + 3] = char(50);
     QCOMPARE(panel.image(), expected);
     QCOMPARE(storedAddress(SysRegIdx::Eth0Ip), 0x3201a8c0u);
+}
+
+// Qt's style sheet engine keeps rules for every combo box popup it has
+// styled, after the popup is gone: a page that built its popups at every
+// opening would grow the host by that much each time. Popups are built only
+// when the operator opens them.
+void TestNetworkSettings::comboPopupsAreNotBuiltUpFront()
+{
+    Rig rig;
+    // Moved into a window with a style sheet, as the settings window is.
+    QWidget host;
+    host.setStyleSheet(QStringLiteral("QComboBox{border:1px solid #008cba;}"));
+    rig.page().setParent(&host);
+    const auto back = qScopeGuard([&rig] { rig.page().setParent(nullptr); });
+    host.show();
+    host.grab();
+    rig.page().setCurrentIndex(1);
+    host.grab();
+    int popups = 0;
+    for (QObject *child : rig.page().findChildren<QObject *>()) {
+        if (qstrcmp(child->metaObject()->className(), "QComboBoxPrivateContainer") == 0)
+            ++popups;
+    }
+    QCOMPARE(popups, 0);
+    // Opened by the operator, the popup is there and hides what it should.
+    RowHidingComboBox *selector = rig.page().portPage(1)->defaultNetworkComboBox();
+    selector->setRowHidden(2, true);
+    selector->showPopup();
+    auto *list = qobject_cast<QListView *>(selector->view());
+    QVERIFY(list);
+    QVERIFY(list->isRowHidden(2));
+    QVERIFY(!list->isRowHidden(1));
+    selector->hidePopup();
 }
 
 PANEL_GUI_TEST_MAIN(TestNetworkSettings)
