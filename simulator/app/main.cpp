@@ -1,6 +1,7 @@
 #include "headlessrunner.h"
 #include "interrupthandler.h"
 #include "nestedrunner.h"
+#include "networklab.h"
 #include "simulatorapp.h"
 #include "simulatoroptions.h"
 #include "xserver.h"
@@ -30,6 +31,30 @@ int runNested(char *argv[], const SimulatorOptions &options)
     return runner.run();
 }
 
+// --real-network: this process is replaced by the lab runner starting the
+// simulator again inside a private lab. Where no lab can be made, and in a
+// process that claims to be in one but is not, the network tools stay
+// recording stand-ins and the log says why.
+void chooseNetwork(const QStringList &arguments, SimulatorOptions &options)
+{
+    if (options.inNetworkLab) {
+        const QString outside = NetworkLab::notInsideLab();
+        if (outside.isEmpty())
+            return;
+        options.inNetworkLab = false;
+        options.networkNote = QStringLiteral("not inside a private network lab (%1): using the recording stand-ins")
+                                  .arg(outside);
+        return;
+    }
+    if (!options.realNetwork)
+        return;
+    QString why = NetworkLab::whyUnavailable();
+    if (why.isEmpty())
+        why = NetworkLab::execInLab(arguments.mid(1) << QStringLiteral("--")
+                                        + QLatin1String(SimulatorOptions::InLabOption));
+    options.networkNote = QStringLiteral("real network unavailable, using the recording stand-ins: %1").arg(why);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -52,6 +77,7 @@ int main(int argc, char *argv[])
         std::fputs(qPrintable(SimulatorOptions::helpText()), stdout);
         return 0;
     }
+    chooseNetwork(arguments, options);
     if (options.mode() == SimulatorOptions::Mode::Screenshots) {
         // Only starts X servers and child processes: no GUI here.
         QCoreApplication app(argc, argv);
@@ -72,6 +98,11 @@ int main(int argc, char *argv[])
     // simulator says so in its log.
     if (options.wantsNestedScreen() && XServer::available(XServer::Kind::Nested))
         return runNested(argv, options);
+    // Screenshots show what a panel without a DHCP server shows, whatever
+    // this machine's own eth0 holds. The pass's X server is local, reached
+    // through its socket file, so it stays in reach.
+    if (options.mode() == SimulatorOptions::Mode::ScreenshotPass && !options.inNetworkLab)
+        NetworkLab::isolateFromMachineNetwork();
     if (!SimulatorOptions::hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Qt only sees the program name: QGuiApplication would otherwise take

@@ -48,6 +48,8 @@ int NestedRunner::run()
     }
     if (m_options.mode() == SimulatorOptions::Mode::Interactive)
         showControlWindow();
+    if (!m_options.networkNote.isEmpty())
+        report(m_options.networkNote);
     report(QStringLiteral("panel screen %1 (%2) in a Xephyr window on %3")
                .arg(m_server.display(), SimulatorOptions::sizeName(m_size), userDisplay));
     if (!m_child.start(childArguments(), SimulatorChild::environment(m_server.display()),

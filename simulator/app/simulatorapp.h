@@ -42,6 +42,7 @@ private slots:
 
 private:
     bool prepare(QString *error);
+    bool prepareNetwork(QString *error);
     bool createWindow(QString *error);
     void startMode();
     void warnIfScreenIsNotThePanel();
