@@ -31,28 +31,34 @@ int runNested(char *argv[], const SimulatorOptions &options)
     return runner.run();
 }
 
-// --real-network: this process is replaced by the lab runner starting the
-// simulator again inside a private lab. Where no lab can be made, and in a
-// process that claims to be in one but is not, the network tools stay
-// recording stand-ins and the log says why.
-void chooseNetwork(const QStringList &arguments, SimulatorOptions &options)
+// --real-network: the simulator runs again inside a private lab, and this
+// process only waits for it (true, with its status). Where no lab can be
+// made, and in a process that claims to be in one but is not, the network
+// tools stay recording stand-ins and the log says why.
+bool runInNetworkLab(const QStringList &arguments, SimulatorOptions &options, int *status)
 {
     if (options.inNetworkLab) {
         const QString outside = NetworkLab::notInsideLab();
-        if (outside.isEmpty())
-            return;
-        options.inNetworkLab = false;
-        options.networkNote = QStringLiteral("not inside a private network lab (%1): using the recording stand-ins")
-                                  .arg(outside);
-        return;
+        if (!outside.isEmpty()) {
+            options.inNetworkLab = false;
+            options.networkNote = QStringLiteral("not inside a private network lab (%1): using the recording stand-ins")
+                                      .arg(outside);
+        }
+        return false;
     }
     if (!options.realNetwork)
-        return;
+        return false;
     QString why = NetworkLab::whyUnavailable();
-    if (why.isEmpty())
-        why = NetworkLab::execInLab(arguments.mid(1) << QStringLiteral("--")
-                                        + QLatin1String(SimulatorOptions::InLabOption));
+    if (why.isEmpty()) {
+        why = NetworkLab::runInLab(arguments.mid(1) << QStringLiteral("--") + QLatin1String(SimulatorOptions::InLabOption),
+                                   status);
+        if (why.isEmpty() && *status != NetworkLab::Skipped)
+            return true;
+        if (why.isEmpty())
+            why = QStringLiteral("the lab runner could not build the lab (its reason is above)");
+    }
     options.networkNote = QStringLiteral("real network unavailable, using the recording stand-ins: %1").arg(why);
+    return false;
 }
 
 } // namespace
@@ -77,7 +83,9 @@ int main(int argc, char *argv[])
         std::fputs(qPrintable(SimulatorOptions::helpText()), stdout);
         return 0;
     }
-    chooseNetwork(arguments, options);
+    int labStatus = 0;
+    if (runInNetworkLab(arguments, options, &labStatus))
+        return labStatus;
     if (options.mode() == SimulatorOptions::Mode::Screenshots) {
         // Only starts X servers and child processes: no GUI here.
         QCoreApplication app(argc, argv);

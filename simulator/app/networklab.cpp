@@ -6,7 +6,10 @@
 #include <QStandardPaths>
 
 #include <cerrno>
+#include <csignal>
+#include <fcntl.h>
 #include <sched.h>
+#include <sys/wait.h>
 #include <cstring>
 #include <sys/mount.h>
 #include <sys/stat.h>
@@ -45,6 +48,34 @@ bool ownPidNamespaceIsFirst()
     return ::stat("/proc/self/ns/pid", &mine) != 0 || mine.st_ino == FirstPidNamespaceInode;
 }
 
+// The lab's process group: the runner, the namespace tool that started
+// its init, and everything in the lab that did not leave the group.
+volatile sig_atomic_t labGroup = 0;
+
+extern "C" void forwardToLab(int signal)
+{
+    if (labGroup > 1)
+        ::kill(-pid_t(labGroup), signal);
+}
+
+// The namespace tool ignores SIGTERM and SIGINT and leaves them to the lab's
+// init: they are handed on to the whole group, so that the runner tears the
+// lab down whichever of its processes the signal was meant for.
+int waitForLab(pid_t child)
+{
+    labGroup = child;
+    struct sigaction forward {};
+    forward.sa_handler = forwardToLab;
+    sigemptyset(&forward.sa_mask);
+    for (int signal : {SIGINT, SIGTERM, SIGHUP})
+        ::sigaction(signal, &forward, nullptr);
+    int raw = 0;
+    while (::waitpid(child, &raw, 0) < 0 && errno == EINTR) {
+    }
+    labGroup = 0;
+    return WIFEXITED(raw) ? WEXITSTATUS(raw) : 128 + WTERMSIG(raw);
+}
+
 } // namespace
 
 QString NetworkLab::runnerPath()
@@ -81,21 +112,52 @@ QString NetworkLab::whyUnavailable()
     return QString();
 }
 
-QString NetworkLab::execInLab(const QStringList &arguments)
+QString NetworkLab::runInLab(const QStringList &arguments, int *status)
 {
     QList<QByteArray> storage;
     // No application object exists yet: the kernel names this program.
-    storage << QFile::encodeName(runnerPath()) << QFile::encodeName(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath());
+    storage << QFile::encodeName(runnerPath())
+            << QFile::encodeName(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath());
     for (const QString &argument : arguments)
         storage << argument.toLocal8Bit();
     std::vector<char *> argv;
     for (QByteArray &item : storage)
         argv.push_back(item.data());
     argv.push_back(nullptr);
-    // The runner would fail rather than skip on CI; the simulator falls back instead.
-    ::unsetenv("CI");
-    ::execv(argv.front(), argv.data());
-    return QStringLiteral("cannot start %1: %2").arg(runnerPath(), QString::fromLocal8Bit(std::strerror(errno)));
+    // The runner builds the lab with the system's tools, never with
+    // stand-ins a caller put first in PATH; inside, the simulator puts its
+    // own first again. It would fail rather than skip on CI; the simulator
+    // falls back instead.
+    const QByteArray path = "/usr/sbin:/usr/bin:/sbin:/bin:" + qgetenv("PATH");
+    int execFailure[2];
+    if (::pipe2(execFailure, O_CLOEXEC) != 0)
+        return QStringLiteral("no pipe: %1").arg(QString::fromLocal8Bit(std::strerror(errno)));
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::setpgid(0, 0);
+        ::unsetenv("CI");
+        ::setenv("PATH", path.constData(), 1);
+        ::execv(argv.front(), argv.data());
+        const int error = errno;
+        ssize_t written = ::write(execFailure[1], &error, sizeof error);
+        Q_UNUSED(written)
+        ::_exit(127);
+    }
+    ::close(execFailure[1]);
+    if (child < 0) {
+        ::close(execFailure[0]);
+        return QStringLiteral("cannot fork: %1").arg(QString::fromLocal8Bit(std::strerror(errno)));
+    }
+    ::setpgid(child, child);
+    int error = 0;
+    ssize_t got;
+    while ((got = ::read(execFailure[0], &error, sizeof error)) < 0 && errno == EINTR) {
+    }
+    ::close(execFailure[0]);
+    *status = waitForLab(child);
+    if (got == sizeof error)
+        return QStringLiteral("cannot start %1: %2").arg(runnerPath(), QString::fromLocal8Bit(std::strerror(error)));
+    return QString();
 }
 
 QString NetworkLab::notInsideLab()

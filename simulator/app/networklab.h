@@ -16,9 +16,12 @@ public:
 
     // Empty when a lab can be made here; otherwise why not.
     static QString whyUnavailable();
-    // Replaces this process by the runner starting this program with these
-    // arguments inside a lab. Returns only when that failed, with why.
-    static QString execInLab(const QStringList &arguments);
+    // Runs this program with these arguments inside a lab, in a process
+    // group of its own to which SIGINT, SIGTERM and SIGHUP are handed on,
+    // and waits for it: empty and the exit status, or why it did not start.
+    static QString runInLab(const QStringList &arguments, int *status);
+    // The runner's exit status when it could not build the lab.
+    static constexpr int Skipped = 77;
 
     // Empty when this process runs in a lab: network and mount namespaces
     // other than those of /proc/1, in a PID namespace whose init is the

@@ -226,10 +226,10 @@ bool SimulatedPanel::writeHostTools(const QString &dir, bool passThrough, QStrin
         "if [ -n \"$PANEL_ROOT\" ]; then STATE=\"$PANEL_ROOT/sim\"; mkdir -p \"$STATE\"\n"
         "else STATE='" + here + "'; fi\n"
         "CALL_LOG=\"$STATE/calls.log\"\n";
-    // The real tools are looked up past the stand-ins, in the system's folders too.
-    QStringList searchPath = QString::fromLocal8Bit(qgetenv("PATH")).split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    searchPath.removeAll(dir);
-    searchPath << QStringLiteral("/usr/sbin") << QStringLiteral("/sbin");
+    // The real tools only from the system's folders: PATH may hold other
+    // stand-ins (a test's) before them.
+    const QStringList searchPath = {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/bin"), QStringLiteral("/sbin"),
+                                    QStringLiteral("/bin")};
     for (const char *tool : HostTools) {
         const QString name = QLatin1String(tool);
         QByteArray body = NetworkStandIns::body(name) + "exit 0\n";

@@ -18,6 +18,39 @@ const QStringList kPages = {QStringLiteral("general"), QStringLiteral("network")
 // The general page's dialogs, shot open over it.
 const QStringList kDialogs = {QStringLiteral("keypad"), QStringLiteral("datetime")};
 const QStringList kLanguages = {QStringLiteral("zh"), QStringLiteral("en")};
+const QStringList kLamps = {QStringLiteral("idle"), QStringLiteral("running"), QStringLiteral("succeeded"),
+                            QStringLiteral("failed")};
+
+// The network page's states the pass shoots for a panel with these ports.
+QStringList networkStates(int ports)
+{
+    const QString panel = ports == 1 ? QStringLiteral("network-1port") : QStringLiteral("network-2ports");
+    QStringList states;
+    for (const QString &lamp : kLamps)
+        states << panel + QStringLiteral("-eth0-static-") + lamp;
+    states << panel + QStringLiteral("-eth0-dhcp-idle");
+    if (ports == 2)
+        states << panel + QStringLiteral("-eth1-static-idle") << panel + QStringLiteral("-eth1-dhcp-idle");
+    return states;
+}
+
+// The smallest rectangle holding every pixel in which the two differ.
+QRect differenceBox(const QImage &a, const QImage &b)
+{
+    QRect box;
+    for (int y = 0; y < qMin(a.height(), b.height()); ++y) {
+        for (int x = 0; x < qMin(a.width(), b.width()); ++x) {
+            if (a.pixel(x, y) != b.pixel(x, y))
+                box |= QRect(x, y, 1, 1);
+        }
+    }
+    return box;
+}
+
+bool differIn(const QImage &a, const QImage &b, const QRect &area)
+{
+    return a.copy(area) != b.copy(area);
+}
 
 struct Run {
     bool finished = false;
@@ -83,6 +116,39 @@ bool waitForLine(QProcess &process, const QString &text, QByteArray *seen, int t
         seen->append(process.readAllStandardOutput());
     }
     return false;
+}
+
+// Waits until the running simulator has printed a line matching pattern;
+// the line, or empty.
+QString waitForMatch(QProcess &process, const QRegularExpression &pattern, QByteArray *seen, int timeoutMs)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (clock.elapsed() < timeoutMs) {
+        for (const QString &line : QString::fromLocal8Bit(*seen).split(QLatin1Char('\n'))) {
+            if (pattern.match(line).hasMatch())
+                return line;
+        }
+        if (process.state() == QProcess::NotRunning)
+            return QString();
+        process.waitForReadyRead(200);
+        seen->append(process.readAllStandardOutput());
+    }
+    return QString();
+}
+
+// Processes whose command line names this build's simulator: the lab's
+// runner (its init, whose end takes the whole lab with it), the namespace
+// tool and the simulator inside. Other labs may run beside it.
+int simulatorProcesses()
+{
+    int found = 0;
+    for (const QString &entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile cmdline(QStringLiteral("/proc/%1/cmdline").arg(entry));
+        if (cmdline.open(QIODevice::ReadOnly) && cmdline.readAll().contains(PANEL_SIMULATOR_PATH))
+            ++found;
+    }
+    return found;
 }
 
 QString describe(const Run &run)
@@ -177,10 +243,15 @@ private slots:
     void interactiveOnDesktopEndsCleanlyOnSigterm();
     void nestedChildFollowsCommands();
     void withoutNestingWarnsThatScreenIsTheDesktops();
+    void networkCommandsAndRoutingTableAreReported();
+    void onePortPanelHasNoEth1();
+    void realNetworkOrItsFallback();
+    void noRealToolsOutsideALab();
     void cleanupTestCase();
 
 private:
     void checkScreenshots(const QString &dir, const QList<QSize> &sizes, const QStringList &printed);
+    void checkNetworkScreenshots(const QString &sizeDir, const QSize &size, QStringList *expected);
     void requireDesktop(bool withXephyr);
 
     // A desktop larger than the panel, as a user's would be.
@@ -221,7 +292,6 @@ void TestSimulator::checkScreenshots(const QString &dir, const QList<QSize> &siz
             for (const QString &page : kPages + kDialogs) {
                 const QString file = QStringLiteral("%1/%2_%3.png").arg(sizeDir, page, language);
                 expected << file;
-                QVERIFY2(printed.contains(file), qPrintable(file + QStringLiteral(" not printed")));
                 QVERIFY2(QFileInfo(file).size() > 0, qPrintable(file));
                 const QImage image(file);
                 QVERIFY2(!image.isNull(), qPrintable(file));
@@ -243,8 +313,67 @@ void TestSimulator::checkScreenshots(const QString &dir, const QList<QSize> &siz
                          qPrintable(dialog + QStringLiteral(" did not show over the general page")));
             }
         }
+        checkNetworkScreenshots(sizeDir, size, &expected);
     }
+    for (const QString &file : qAsConst(expected))
+        QVERIFY2(printed.contains(file), qPrintable(file + QStringLiteral(" not printed")));
     QCOMPARE(printed.size(), expected.size());
+}
+
+// Every state of the network page, in both languages, for a panel with one
+// port and one with two: there, at the panel's size, and showing what the
+// state changes. The lamp is found as the part of the page the test's start
+// changes (lamp and button), and every lamp state must differ there.
+void TestSimulator::checkNetworkScreenshots(const QString &sizeDir, const QSize &size, QStringList *expected)
+{
+    for (int ports : {1, 2}) {
+        for (const QString &language : kLanguages) {
+            QHash<QString, QImage> shot;
+            for (const QString &state : networkStates(ports)) {
+                const QString file = QStringLiteral("%1/%2_%3.png").arg(sizeDir, state, language);
+                *expected << file;
+                const QImage image(file);
+                QVERIFY2(!image.isNull(), qPrintable(file));
+                QCOMPARE(image.size(), size);
+                QVERIFY2(distinctColours(image) >= 8, qPrintable(file + QStringLiteral(" is nearly uniform")));
+                shot.insert(state.section(QLatin1Char('-'), 2), image);
+            }
+            const QString where = QStringLiteral(" (%1 ports, %2, %3)").arg(ports).arg(language, sizeDir);
+            const QImage idle = shot.value(QStringLiteral("eth0-static-idle"));
+            const QImage running = shot.value(QStringLiteral("eth0-static-running"));
+            const QImage succeeded = shot.value(QStringLiteral("eth0-static-succeeded"));
+            const QImage failed = shot.value(QStringLiteral("eth0-static-failed"));
+            const QRect lampAndButton = differenceBox(idle, running);
+            QVERIFY2(!lampAndButton.isEmpty(), qPrintable(QStringLiteral("starting the test changed nothing") + where));
+            QVERIFY2(lampAndButton.width() * lampAndButton.height() < size.width() * size.height() / 10,
+                     qPrintable(QStringLiteral("starting the test changed more than lamp and button") + where));
+            QVERIFY2(differIn(running, succeeded, lampAndButton), qPrintable(QStringLiteral("no green lamp") + where));
+            QVERIFY2(differIn(succeeded, failed, lampAndButton), qPrintable(QStringLiteral("failed looks succeeded") + where));
+            QVERIFY2(differIn(running, failed, lampAndButton), qPrintable(QStringLiteral("failed looks running") + where));
+            // The result box stands over the page outside the lamp.
+            QVERIFY2(!lampAndButton.contains(differenceBox(running, succeeded)),
+                     qPrintable(QStringLiteral("no result box") + where));
+            QVERIFY2(idle != shot.value(QStringLiteral("eth0-dhcp-idle")),
+                     qPrintable(QStringLiteral("DHCP looks static") + where));
+            if (ports == 2) {
+                QVERIFY2(idle != shot.value(QStringLiteral("eth1-static-idle")),
+                         qPrintable(QStringLiteral("eth1 looks like eth0") + where));
+                QVERIFY2(shot.value(QStringLiteral("eth1-static-idle")) != shot.value(QStringLiteral("eth1-dhcp-idle")),
+                         qPrintable(QStringLiteral("eth1 DHCP looks static") + where));
+            }
+        }
+    }
+    // The tab bar tells the panels apart.
+    for (const QString &language : kLanguages) {
+        const QImage one(QStringLiteral("%1/network-1port-eth0-static-idle_%2.png").arg(sizeDir, language));
+        const QImage two(QStringLiteral("%1/network-2ports-eth0-static-idle_%2.png").arg(sizeDir, language));
+        QVERIFY2(one != two, qPrintable(sizeDir + QStringLiteral(": one port looks like two")));
+    }
+    for (const QString &state : networkStates(1) + networkStates(2)) {
+        const QImage zh(QStringLiteral("%1/%2_zh.png").arg(sizeDir, state));
+        const QImage en(QStringLiteral("%1/%2_en.png").arg(sizeDir, state));
+        QVERIFY2(zh != en, qPrintable(state + QStringLiteral(": Chinese and English look the same")));
+    }
 }
 
 void TestSimulator::screenshotsOfDefaultSize()
@@ -335,6 +464,9 @@ void TestSimulator::rejectsBadArguments()
     for (const QStringList &arguments : {QStringList{QStringLiteral("--size"), QStringLiteral("640x480")},
                                          QStringList{QStringLiteral("--script"), QStringLiteral("dance")},
                                          QStringList{QStringLiteral("--script"), QStringLiteral("close,en")},
+                                         QStringList{QStringLiteral("--ports"), QStringLiteral("3")},
+                                         QStringList{QStringLiteral("--outer-net"), QStringLiteral("sideways")},
+                                         QStringList{QStringLiteral("--script"), QStringLiteral("outer=maybe")},
                                          QStringList{QStringLiteral("--size"), QStringLiteral("all"),
                                                      QStringLiteral("--script"), QStringLiteral("quit")}}) {
         const Run run = runSimulator(arguments, 30000);
@@ -432,6 +564,106 @@ void TestSimulator::withoutNestingWarnsThatScreenIsTheDesktops()
     QVERIFY2(warnings.size() == 1 && warnings.first().contains(QStringLiteral("(1400x800)"))
                  && warnings.first().contains(QStringLiteral("--no-nested")),
              qPrintable(describe(run)));
+}
+
+// With the stand-ins: what each command meant, the table after each change
+// (eth0 alone on a one-port panel: eth1, wlan0 and ppp0 routes are refused),
+// the outer network's answer in the panel's own ping.txt.
+void TestSimulator::networkCommandsAndRoutingTableAreReported()
+{
+    const Run run = runSimulator({QStringLiteral("--keep-root"), QStringLiteral("--ports"), QStringLiteral("1"),
+                                  QStringLiteral("--outer-net"), QStringLiteral("down"), QStringLiteral("--script"),
+                                  QStringLiteral("network,eth0,test,testresult,dismiss,outer=up,test,testresult,dismiss,"
+                                                 "dhcp,quit")},
+                                 60000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    const QStringList roots = run.out.filter(QRegularExpression(QStringLiteral("^panel root: ")));
+    QCOMPARE(roots.size(), 1);
+    QDir root(roots.first().mid(QStringLiteral("panel root: ").size()));
+    QFile ping(root.filePath(QStringLiteral("ping.txt")));
+    const bool pingRead = ping.open(QIODevice::ReadOnly);
+    const QByteArray answer = ping.readAll();
+    root.removeRecursively();
+    QVERIFY2(pingRead && answer.contains("ttl="), answer.constData());
+
+    const int address = indexOfLine(run.out, QStringLiteral("panel: eth0 address set to 192.168.1.100, brought up"));
+    const int route = indexOfLine(run.out, QStringLiteral("panel: default route via 192.168.1.1 on eth0, metric 1 added"),
+                                  address);
+    const int table = indexOfLine(run.out, QStringLiteral("panel: routing table now:"), route);
+    QVERIFY2(address >= 0 && route > address && table > route, qPrintable(describe(run)));
+    QCOMPARE(run.out.mid(table + 1, 2),
+             (QStringList{QStringLiteral("    default via 192.168.1.1 dev eth0 metric 1"),
+                          QStringLiteral("    192.168.1.0/24 dev eth0 proto kernel scope link src 192.168.1.100")}));
+    QVERIFY2(!run.out.value(table + 3).startsWith(QStringLiteral("    ")), qPrintable(describe(run)));
+    QVERIFY2(run.out.filter(QStringLiteral("panel: outer-network test: one ping to www.baidu.com")).size() == 2,
+             qPrintable(describe(run)));
+    const int dhcp = indexOfLine(run.out, QStringLiteral("panel: DHCP client started on eth0"));
+    QVERIFY2(dhcp > table && indexOfLine(run.out, QStringLiteral("register 67 = 1"), dhcp) > dhcp,
+             qPrintable(describe(run)));
+}
+
+void TestSimulator::onePortPanelHasNoEth1()
+{
+    const Run run = runSimulator({QStringLiteral("--ports"), QStringLiteral("1"), QStringLiteral("--script"),
+                                  QStringLiteral("network,eth1,quit")}, 60000);
+    QVERIFY2(run.finished && run.exitCode == 1, qPrintable(describe(run)));
+    QVERIFY2(run.err.contains(QStringLiteral("step \"eth1\": the network page has no eth1 tab")), qPrintable(run.err));
+}
+
+// Inside the lab a real lease arrives and the kernel's table shows it; where
+// no lab can be made the simulator says why and goes on with the stand-ins.
+void TestSimulator::realNetworkOrItsFallback()
+{
+    QProcess process;
+    process.setProcessEnvironment(headless());
+    process.start(QStringLiteral(PANEL_SIMULATOR_PATH),
+                  {QStringLiteral("--real-network"), QStringLiteral("--script"),
+                   QStringLiteral("network,eth0,dhcp,wait=60000,quit")});
+    QByteArray seen;
+    const QString mode = waitForMatch(process, QRegularExpression(QStringLiteral("^(network: private lab|real network "
+                                                                                  "unavailable)")), &seen, 30000);
+    QString leased;
+    if (mode.startsWith(QStringLiteral("network: private lab"))) {
+        leased = waitForMatch(process, QRegularExpression(QStringLiteral(
+                                           "^    10\\.77\\.0\\.0/24 dev eth0 proto kernel scope link src 10\\.77\\.0\\.\\d+")),
+                              &seen, 30000);
+    } else if (!mode.isEmpty()) {
+        leased = waitForMatch(process, QRegularExpression(QStringLiteral("^panel: DHCP client started on eth0$")),
+                              &seen, 30000);
+        QVERIFY2(seen.contains("network: recording stand-ins"), seen.constData());
+    }
+    process.terminate();
+    const bool ended = process.waitForFinished(30000);
+    if (!ended) {
+        process.kill();
+        process.waitForFinished(5000);
+    }
+    seen.append(process.readAllStandardOutput());
+    QVERIFY2(!mode.isEmpty() && !leased.isEmpty(), seen.constData());
+    QVERIFY2(ended, "the simulator did not end on SIGTERM");
+    QTRY_VERIFY2(simulatorProcesses() == 0, "the network lab outlived the simulator");
+    qInfo().noquote() << mode.left(40) << "..." << leased.trimmed();
+}
+
+// The lab's own flag on a process that is not in a lab changes nothing: the
+// network tools stay stand-ins that only record.
+void TestSimulator::noRealToolsOutsideALab()
+{
+    const Run run = runSimulator({QStringLiteral("--in-network-lab"), QStringLiteral("--keep-root"),
+                                  QStringLiteral("--script"), QStringLiteral("network,quit")}, 60000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    QCOMPARE(run.out.filter(QRegularExpression(QStringLiteral("^not inside a private network lab \\(.+\\): using the "
+                                                               "recording stand-ins$"))).size(), 1);
+    QCOMPARE(run.out.filter(QRegularExpression(QStringLiteral("^network: recording stand-ins"))).size(), 1);
+    const QStringList roots = run.out.filter(QRegularExpression(QStringLiteral("^panel root: ")));
+    QCOMPARE(roots.size(), 1);
+    QDir root(roots.first().mid(QStringLiteral("panel root: ").size()));
+    QFile route(root.filePath(QStringLiteral("sim/bin/route")));
+    const bool read = route.open(QIODevice::ReadOnly);
+    const QByteArray standIn = route.readAll();
+    root.removeRecursively();
+    QVERIFY(read);
+    QVERIFY2(!standIn.contains("exec '"), standIn.constData());
 }
 
 PANEL_TEST_MAIN(TestSimulator)
