@@ -52,10 +52,13 @@ rebuild() {
         }
         END {
             for (i = 1; i <= kept; i++) print line[i]
+            # The kernel lists the subnets by address.
             for (i = 1; i <= ports; i++) {
-                d = order[i]
-                print dotted(net(addr[d], len[d])) "/" len[d] " dev " d " proto kernel scope link src " addr[d]
+                d = order[i]; n = net(addr[d], len[d])
+                for (j = i; j > 1 && key[j - 1] > n; j--) { key[j] = key[j - 1]; link[j] = link[j - 1] }
+                key[j] = n; link[j] = dotted(n) "/" len[d] " dev " d " proto kernel scope link src " addr[d]
             }
+            for (i = 1; i <= ports; i++) print link[i]
         }' "$IFACES" "$ROUTES" > "$ROUTES.new" && mv "$ROUTES.new" "$ROUTES"
 }
 )SH";
@@ -84,8 +87,10 @@ while [ $# -gt 0 ]; do
     esac
     shift
 done
-{ awk -v d="$dev" '$1 != d' "$IFACES"; echo "$dev $address $mask ${state:-down}"; } > "$IFACES.new" \
-    && mv "$IFACES.new" "$IFACES"
+awk -v d="$dev" -v line="$dev $address $mask ${state:-down}" '
+    $1 == d { print line; done = 1; next }
+    { print }
+    END { if (!done) print line }' "$IFACES" > "$IFACES.new" && mv "$IFACES.new" "$IFACES"
 rebuild
 )SH";
 
