@@ -7,9 +7,10 @@
 #include <QString>
 
 // Runs the screenshot passes of each panel size (a panel with two wired
-// ports, then one with a single port), each in a child process of
-// this program on its own private X server of exactly that size (falling
-// back to Qt's offscreen platform, with a warning, when Xvfb is missing).
+// ports, then one with a single port), each in a child process of this
+// program, on a private X server of exactly that size that the two share
+// (falling back to Qt's offscreen platform, with a warning, when Xvfb is
+// missing).
 // The child's output goes straight to ours, so every PNG path it prints
 // appears on our stdout.
 class HeadlessRunner

@@ -1,3 +1,4 @@
+#include "simulatorrun.h"
 #include "testharness.h"
 #include "xserver.h"
 
@@ -11,6 +12,8 @@
 #include <QSize>
 #include <QTemporaryDir>
 #include <QtTest>
+
+using namespace SimulatorRun;
 
 namespace {
 
@@ -52,132 +55,6 @@ bool differIn(const QImage &a, const QImage &b, const QRect &area)
     return a.copy(area) != b.copy(area);
 }
 
-struct Run {
-    bool finished = false;
-    int exitCode = -1;
-    QStringList out;     // stdout lines
-    QString err;
-};
-
-// No display: the simulator takes its headless paths.
-QProcessEnvironment headless()
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("DISPLAY"));
-    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    return environment;
-}
-
-// A desktop: an X display, as when the user starts the simulator there.
-QProcessEnvironment onDesktop(const QString &display)
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    environment.insert(QStringLiteral("DISPLAY"), display);
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    return environment;
-}
-
-void collect(QProcess &process, Run *run)
-{
-    run->exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run->out = QString::fromLocal8Bit(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    run->err = QString::fromLocal8Bit(process.readAllStandardError());
-}
-
-Run runSimulator(const QStringList &arguments, int timeoutMs,
-                 const QProcessEnvironment &environment = headless())
-{
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), arguments);
-    Run run;
-    run.finished = process.waitForFinished(timeoutMs);
-    if (!run.finished) {
-        process.kill();
-        process.waitForFinished(5000);
-    }
-    collect(process, &run);
-    return run;
-}
-
-// Waits until the running simulator has printed a line equal to text.
-bool waitForLine(QProcess &process, const QString &text, QByteArray *seen, int timeoutMs = 20000)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < timeoutMs) {
-        if (QString::fromLocal8Bit(*seen).split(QLatin1Char('\n')).contains(text))
-            return true;
-        if (process.state() == QProcess::NotRunning)
-            return false;
-        process.waitForReadyRead(200);
-        seen->append(process.readAllStandardOutput());
-    }
-    return false;
-}
-
-// Waits until the running simulator has printed a line matching pattern;
-// the line, or empty.
-QString waitForMatch(QProcess &process, const QRegularExpression &pattern, QByteArray *seen, int timeoutMs)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < timeoutMs) {
-        for (const QString &line : QString::fromLocal8Bit(*seen).split(QLatin1Char('\n'))) {
-            if (pattern.match(line).hasMatch())
-                return line;
-        }
-        if (process.state() == QProcess::NotRunning)
-            return QString();
-        process.waitForReadyRead(200);
-        seen->append(process.readAllStandardOutput());
-    }
-    return QString();
-}
-
-// Processes whose command line names this build's simulator: the lab's
-// runner (its init, whose end takes the whole lab with it), the namespace
-// tool and the simulator inside. Other labs may run beside it.
-int simulatorProcesses()
-{
-    int found = 0;
-    for (const QString &entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile cmdline(QStringLiteral("/proc/%1/cmdline").arg(entry));
-        if (cmdline.open(QIODevice::ReadOnly) && cmdline.readAll().contains(PANEL_SIMULATOR_PATH))
-            ++found;
-    }
-    return found;
-}
-
-QString describe(const Run &run)
-{
-    return QStringLiteral("exit %1\n--- stdout\n%2\n--- stderr\n%3")
-        .arg(run.exitCode).arg(run.out.join(QLatin1Char('\n')), run.err);
-}
-
-// A picture with a handful of colours at most is a blank or failed grab.
-int distinctColours(const QImage &image)
-{
-    QSet<QRgb> colours;
-    for (int y = 0; y < image.height(); y += 4) {
-        for (int x = 0; x < image.width(); x += 4)
-            colours.insert(image.pixel(x, y));
-    }
-    return colours.size();
-}
-
-QStringList pngLines(const QStringList &lines)
-{
-    QStringList paths;
-    for (const QString &line : lines) {
-        if (line.endsWith(QLatin1String(".png")))
-            paths << line;
-    }
-    return paths;
-}
-
 // The display number of the nested panel screen the run reported, or -1.
 int nestedDisplay(const QStringList &lines)
 {
@@ -214,15 +91,6 @@ bool closeIconAt(const QImage &image, int x, int y)
     return white >= 20 && blue >= 100;
 }
 
-int indexOfLine(const QStringList &lines, const QString &text, int from = 0)
-{
-    for (int i = from; i < lines.size(); ++i) {
-        if (lines.at(i) == text)
-            return i;
-    }
-    return -1;
-}
-
 } // namespace
 
 class TestSimulator : public QObject
@@ -243,10 +111,6 @@ private slots:
     void interactiveOnDesktopEndsCleanlyOnSigterm();
     void nestedChildFollowsCommands();
     void withoutNestingWarnsThatScreenIsTheDesktops();
-    void networkCommandsAndRoutingTableAreReported();
-    void onePortPanelHasNoEth1();
-    void realNetworkOrItsFallback();
-    void noRealToolsOutsideALab();
     void cleanupTestCase();
 
 private:
@@ -564,108 +428,6 @@ void TestSimulator::withoutNestingWarnsThatScreenIsTheDesktops()
     QVERIFY2(warnings.size() == 1 && warnings.first().contains(QStringLiteral("(1400x800)"))
                  && warnings.first().contains(QStringLiteral("--no-nested")),
              qPrintable(describe(run)));
-}
-
-// With the stand-ins: what each command meant, the table after each change
-// (eth0 alone on a one-port panel: eth1, wlan0 and ppp0 routes are refused),
-// the outer network's answer in the panel's own ping.txt.
-void TestSimulator::networkCommandsAndRoutingTableAreReported()
-{
-    const Run run = runSimulator({QStringLiteral("--keep-root"), QStringLiteral("--ports"), QStringLiteral("1"),
-                                  QStringLiteral("--outer-net"), QStringLiteral("down"), QStringLiteral("--script"),
-                                  QStringLiteral("network,eth0,test,testresult,dismiss,outer=up,test,testresult,dismiss,"
-                                                 "dhcp,close")},
-                                 60000);
-    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
-    const QStringList roots = run.out.filter(QRegularExpression(QStringLiteral("^panel root: ")));
-    QCOMPARE(roots.size(), 1);
-    QDir root(roots.first().mid(QStringLiteral("panel root: ").size()));
-    QFile ping(root.filePath(QStringLiteral("ping.txt")));
-    const bool pingRead = ping.open(QIODevice::ReadOnly);
-    const QByteArray answer = ping.readAll();
-    root.removeRecursively();
-    QVERIFY2(pingRead && answer.contains("ttl="), answer.constData());
-
-    const int address = indexOfLine(run.out, QStringLiteral("panel: eth0 address set to 192.168.1.100, brought up"));
-    const int route = indexOfLine(run.out, QStringLiteral("panel: default route via 192.168.1.1 on eth0, metric 1 added"),
-                                  address);
-    const int table = indexOfLine(run.out, QStringLiteral("panel: routing table now:"), route);
-    QVERIFY2(address >= 0 && route > address && table > route, qPrintable(describe(run)));
-    QCOMPARE(run.out.mid(table + 1, 2),
-             (QStringList{QStringLiteral("    default via 192.168.1.1 dev eth0 metric 1"),
-                          QStringLiteral("    192.168.1.0/24 dev eth0 proto kernel scope link src 192.168.1.100")}));
-    QVERIFY2(!run.out.value(table + 3).startsWith(QStringLiteral("    ")), qPrintable(describe(run)));
-    QVERIFY2(run.out.filter(QStringLiteral("panel: outer-network test: one ping to www.baidu.com")).size() == 2,
-             qPrintable(describe(run)));
-    // The client starts in the background: its call may be logged after the
-    // register the page wrote next.
-    QVERIFY2(indexOfLine(run.out, QStringLiteral("panel: DHCP client started on eth0"), table) > table,
-             qPrintable(describe(run)));
-    QVERIFY2(indexOfLine(run.out, QStringLiteral("register 67 = 1"), table) > table, qPrintable(describe(run)));
-}
-
-void TestSimulator::onePortPanelHasNoEth1()
-{
-    const Run run = runSimulator({QStringLiteral("--ports"), QStringLiteral("1"), QStringLiteral("--script"),
-                                  QStringLiteral("network,eth1,quit")}, 60000);
-    QVERIFY2(run.finished && run.exitCode == 1, qPrintable(describe(run)));
-    QVERIFY2(run.err.contains(QStringLiteral("step \"eth1\": the network page has no eth1 tab")), qPrintable(run.err));
-}
-
-// Inside the lab a real lease arrives and the kernel's table shows it; where
-// no lab can be made the simulator says why and goes on with the stand-ins.
-void TestSimulator::realNetworkOrItsFallback()
-{
-    QProcess process;
-    process.setProcessEnvironment(headless());
-    process.start(QStringLiteral(PANEL_SIMULATOR_PATH),
-                  {QStringLiteral("--real-network"), QStringLiteral("--script"),
-                   QStringLiteral("network,eth0,dhcp,wait=60000,quit")});
-    QByteArray seen;
-    const QString mode = waitForMatch(process, QRegularExpression(QStringLiteral("^(network: private lab|real network "
-                                                                                  "unavailable)")), &seen, 30000);
-    QString leased;
-    if (mode.startsWith(QStringLiteral("network: private lab"))) {
-        leased = waitForMatch(process, QRegularExpression(QStringLiteral(
-                                           "^    10\\.77\\.0\\.0/24 dev eth0 proto kernel scope link src 10\\.77\\.0\\.\\d+")),
-                              &seen, 30000);
-    } else if (!mode.isEmpty()) {
-        leased = waitForMatch(process, QRegularExpression(QStringLiteral("^panel: DHCP client started on eth0$")),
-                              &seen, 30000);
-        QVERIFY2(seen.contains("network: recording stand-ins"), seen.constData());
-    }
-    process.terminate();
-    const bool ended = process.waitForFinished(30000);
-    if (!ended) {
-        process.kill();
-        process.waitForFinished(5000);
-    }
-    seen.append(process.readAllStandardOutput());
-    QVERIFY2(!mode.isEmpty() && !leased.isEmpty(), seen.constData());
-    QVERIFY2(ended, "the simulator did not end on SIGTERM");
-    QTRY_VERIFY2(simulatorProcesses() == 0, "the network lab outlived the simulator");
-    qInfo().noquote() << mode.left(40) << "..." << leased.trimmed();
-}
-
-// The lab's own flag on a process that is not in a lab changes nothing: the
-// network tools stay stand-ins that only record.
-void TestSimulator::noRealToolsOutsideALab()
-{
-    const Run run = runSimulator({QStringLiteral("--in-network-lab"), QStringLiteral("--keep-root"),
-                                  QStringLiteral("--script"), QStringLiteral("network,quit")}, 60000);
-    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
-    QCOMPARE(run.out.filter(QRegularExpression(QStringLiteral("^not inside a private network lab \\(.+\\): using the "
-                                                               "recording stand-ins$"))).size(), 1);
-    QCOMPARE(run.out.filter(QRegularExpression(QStringLiteral("^network: recording stand-ins"))).size(), 1);
-    const QStringList roots = run.out.filter(QRegularExpression(QStringLiteral("^panel root: ")));
-    QCOMPARE(roots.size(), 1);
-    QDir root(roots.first().mid(QStringLiteral("panel root: ").size()));
-    QFile route(root.filePath(QStringLiteral("sim/bin/route")));
-    const bool read = route.open(QIODevice::ReadOnly);
-    const QByteArray standIn = route.readAll();
-    root.removeRecursively();
-    QVERIFY(read);
-    QVERIFY2(!standIn.contains("exec '"), standIn.constData());
 }
 
 PANEL_TEST_MAIN(TestSimulator)
