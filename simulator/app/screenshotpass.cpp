@@ -10,7 +10,7 @@ namespace {
 
 // Changes on the network page are immediate; this only lets the style
 // sheets and the result box's layout settle before a grab.
-const QString NetworkSettle = QStringLiteral("wait=150");
+const QString NetworkSettle = QStringLiteral("wait=50");
 // Between the other steps of the network states.
 const int NetworkStepDelayMs = 50;
 
