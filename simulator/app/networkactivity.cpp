@@ -54,6 +54,7 @@ QString describeRoute(const QStringList &args)
     const QString gateway = after(args, "gw");
     const QString port = after(args, "dev");
     const QString metric = after(args, "metric");
+    // What is asked for: whether the kernel took it the table shows next.
     QString route = QStringLiteral("default route");
     if (!gateway.isEmpty())
         route += QStringLiteral(" via ") + gateway;
@@ -62,9 +63,9 @@ QString describeRoute(const QStringList &args)
     if (!metric.isEmpty())
         route += QStringLiteral(", metric ") + metric;
     if (args.value(0) == QLatin1String("add"))
-        return route + QStringLiteral(" added");
+        return QStringLiteral("adds ") + route;
     if (args.value(0) == QLatin1String("del"))
-        return route + QStringLiteral(" removed");
+        return QStringLiteral("removes ") + route;
     return QString();
 }
 

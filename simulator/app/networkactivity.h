@@ -6,7 +6,7 @@
 
 // What a network command the plug-in ran means at the simulated panel, in
 // words for the simulator's log: an address or mask given to a port, a port
-// brought up or down, a default route added or removed, a DHCP client
+// brought up or down, a default route asked for or removed, a DHCP client
 // started, the outer-network test's ping. Empty for anything else.
 namespace NetworkActivity {
 

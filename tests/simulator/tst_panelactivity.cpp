@@ -43,13 +43,13 @@ void TestPanelActivity::describe_data()
     QTest::newRow("ifconfig query") << QStringList{"ifconfig", "eth0"} << "";
     QTest::newRow("not an address") << QStringList{"ifconfig", "eth0", "300.1.1.1"} << "";
     QTest::newRow("route add") << QStringList{"route", "add", "default", "gw", "192.168.1.1", "dev", "eth0", "metric", "1"}
-                               << "default route via 192.168.1.1 on eth0, metric 1 added";
+                               << "adds default route via 192.168.1.1 on eth0, metric 1";
     QTest::newRow("route add, gateway only") << QStringList{"route", "add", "default", "gw", "192.168.10.1"}
-                                             << "default route via 192.168.10.1 added";
+                                             << "adds default route via 192.168.10.1";
     QTest::newRow("route add, no gateway") << QStringList{"route", "add", "default", "dev", "ppp0", "metric", "0"}
-                                           << "default route on ppp0, metric 0 added";
+                                           << "adds default route on ppp0, metric 0";
     QTest::newRow("route del") << QStringList{"route", "del", "default", "dev", "eth1"}
-                               << "default route on eth1 removed";
+                               << "removes default route on eth1";
     QTest::newRow("route, other") << QStringList{"route", "-n"} << "";
     QTest::newRow("dhcp client") << QStringList{"udhcpc", "-i", "eth1", "-t", "100", "-T", "1", "-A", "1", "-p",
                                                 "/var/run/udhcpc1.pid"}

@@ -62,7 +62,7 @@ void TestSimulatorNetwork::networkCommandsAndRoutingTableAreReported()
     QVERIFY2(pingRead && answer.contains("ttl="), answer.constData());
 
     const int address = indexOfLine(run.out, QStringLiteral("panel: eth0 address set to 192.168.1.100, brought up"));
-    const int route = indexOfLine(run.out, QStringLiteral("panel: default route via 192.168.1.1 on eth0, metric 1 added"),
+    const int route = indexOfLine(run.out, QStringLiteral("panel: adds default route via 192.168.1.1 on eth0, metric 1"),
                                   address);
     const int table = indexOfLine(run.out, QStringLiteral("panel: routing table now:"), route);
     QVERIFY2(address >= 0 && route > address && table > route, qPrintable(describe(run)));
