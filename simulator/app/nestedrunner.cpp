@@ -83,6 +83,10 @@ void NestedRunner::showControlWindow()
     connect(m_control, &ControlWindow::openSettingsRequested, this,
             [this]() { m_child.send(QLatin1String(CommandReader::ShowCommand)); });
     connect(m_control, &ControlWindow::quitRequested, this, &NestedRunner::requestQuit);
+    connect(m_control, &ControlWindow::outerNetworkToggled, this, [this](bool up) {
+        m_child.send(QLatin1String(up ? CommandReader::OuterUpCommand : CommandReader::OuterDownCommand));
+    });
+    m_control->setOuterNetworkUp(m_options.outerNetworkUp);
     m_control->placeBeside(m_size);
     m_control->show();
 }

@@ -4,6 +4,7 @@
 #include "hostsession.h"
 #include "interrupthandler.h"
 #include "networklab.h"
+#include "outernetwork.h"
 #include "screenshotpass.h"
 #include "scriptrunner.h"
 #include "simulatorlog.h"
@@ -81,6 +82,8 @@ bool SimulatorApp::prepare(QString *error)
         m_control = new ControlWindow(m_panel.root(), QFileInfo(m_options.pluginPath).absoluteFilePath());
         connect(m_control, &ControlWindow::openSettingsRequested, this, &SimulatorApp::openWindow);
         connect(m_control, &ControlWindow::quitRequested, this, [this]() { finish(0); });
+        connect(m_control, &ControlWindow::outerNetworkToggled, this, &SimulatorApp::setOuterNetwork);
+        m_control->setOuterNetworkUp(m_options.outerNetworkUp);
         m_control->placeBeside(m_size);
         m_control->show();
     }
@@ -186,8 +189,20 @@ void SimulatorApp::onCommand(const QString &command)
         openWindow();
     else if (command == QLatin1String(CommandReader::QuitCommand))
         finish(0);
+    else if (command == QLatin1String(CommandReader::OuterUpCommand)
+             || command == QLatin1String(CommandReader::OuterDownCommand))
+        setOuterNetwork(command == QLatin1String(CommandReader::OuterUpCommand));
     else
         report(QStringLiteral("unknown command \"%1\"").arg(command));
+}
+
+void SimulatorApp::setOuterNetwork(bool up)
+{
+    QString error;
+    if (OuterNetwork::set(up, &error))
+        report(QStringLiteral("outer network now %1").arg(QLatin1String(up ? "up" : "down")));
+    else
+        report(error);
 }
 
 void SimulatorApp::report(const QString &line)

@@ -37,6 +37,7 @@ private slots:
     void onClosePressed();
     void onCloseOverdue();
     void onCommand(const QString &command);
+    void setOuterNetwork(bool up);
     void finish(int status);
     void fail(const QString &error);
 

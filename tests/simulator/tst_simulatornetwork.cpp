@@ -39,6 +39,7 @@ private slots:
     void onePortPanelHasNoEth1();
     void realNetworkOrItsFallback();
     void noRealToolsOutsideALab();
+    void logWindowSwitchesTheOuterNetwork();
 };
 
 // With the stand-ins: what each command meant, the table after each change
@@ -141,6 +142,31 @@ void TestSimulatorNetwork::noRealToolsOutsideALab()
     root.removeRecursively();
     QVERIFY(read);
     QVERIFY2(!standIn.contains("exec '"), standIn.constData());
+}
+
+// The log window's switch reaches the settings window's process as a
+// command, and the panel keeps the choice for the next ping.
+void TestSimulatorNetwork::logWindowSwitchesTheOuterNetwork()
+{
+    QProcess process;
+    process.setProcessEnvironment(headless());
+    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), {QStringLiteral("--nested-child"), QStringLiteral("--keep-root")});
+    QByteArray seen;
+    const QString root = waitForMatch(process, QRegularExpression(QStringLiteral("^panel root: ")), &seen, 20000)
+                             .mid(QStringLiteral("panel root: ").size());
+    QVERIFY2(waitForLine(process, QStringLiteral("settings window open at 800x480"), &seen), seen.constData());
+    QFile state(root + QStringLiteral("/sim/outer-net"));
+    QVERIFY(state.open(QIODevice::ReadOnly));
+    QCOMPARE(state.readAll(), QByteArray("up\n"));
+    state.close();
+    process.write("outer=down\n");
+    QVERIFY2(waitForLine(process, QStringLiteral("outer network now down"), &seen), seen.constData());
+    QVERIFY(state.open(QIODevice::ReadOnly));
+    QCOMPARE(state.readAll(), QByteArray("down\n"));
+    process.write("quit\n");
+    QVERIFY(process.waitForFinished(20000));
+    QCOMPARE(process.exitCode(), 0);
+    QDir(root).removeRecursively();
 }
 
 PANEL_TEST_MAIN(TestSimulatorNetwork)
