@@ -36,6 +36,8 @@ public:
     // Puts the panel's resolver file over the lab's /etc/resolv.conf, so
     // what the DHCP client's script writes there lands in the panel's file.
     static bool coverResolver(const QString &panelFile, QString *error);
+    // Takes that cover away again (the runner's own lies below it).
+    static void uncoverResolver();
     // Brings the far side's links up or down: the outer network answering
     // or not.
     static bool setFarLinks(bool up, QString *error);

@@ -108,6 +108,7 @@ bool SimulatorApp::prepareNetwork(QString *error)
     }
     if (!NetworkLab::coverResolver(m_panel.path(QStringLiteral("/etc/resolv.conf")), error))
         return false;
+    m_resolverCovered = true;
     if (!m_options.outerNetworkUp && !NetworkLab::setFarLinks(false, error))
         return false;
     report(QStringLiteral("network: private lab; eth0 and eth1 lead to a far side with DHCP and DNS (%1 answers"
@@ -264,4 +265,8 @@ void SimulatorApp::shutDown()
         m_session->flush();
     delete m_control;
     m_control = nullptr;
+    // Before the panel folder, and the file in it, go.
+    if (m_resolverCovered)
+        NetworkLab::uncoverResolver();
+    m_resolverCovered = false;
 }

@@ -61,6 +61,7 @@ private:
     InterruptHandler *m_interrupt = nullptr;
     QTimer m_closeWatchdog;
     bool m_finishing = false;
+    bool m_resolverCovered = false;
 };
 
 #endif // SIMULATORAPP_H
