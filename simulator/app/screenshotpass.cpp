@@ -52,43 +52,31 @@ void ScreenshotPass::start(int settleMs)
     QTimer::singleShot(m_settleMs, this, &ScreenshotPass::prepareNext);
 }
 
-QStringList ScreenshotPass::networkShotNames(int wiredPorts)
-{
-    const QString prefix = portsName(wiredPorts) + QStringLiteral("-eth0-");
-    QStringList names;
-    for (const char *lamp : {"idle", "running", "succeeded", "failed"})
-        names << prefix + QStringLiteral("static-") + QLatin1String(lamp);
-    if (wiredPorts > 1)
-        names << portsName(wiredPorts) + QStringLiteral("-eth1-static-idle");
-    names << prefix + QStringLiteral("dhcp-idle");
-    if (wiredPorts > 1)
-        names << portsName(wiredPorts) + QStringLiteral("-eth1-dhcp-idle");
-    return names;
-}
-
 QStringList ScreenshotPass::networkScript(const QString &dir, const QSize &panelSize, int wiredPorts)
 {
-    const QStringList names = networkShotNames(wiredPorts);
-    auto shot = [&](const QString &language, int index) {
-        return QStringList{NetworkSettle, QStringLiteral("shot=") + fileName(dir, panelSize, names.at(index), language)};
+    auto shot = [&](const QString &language, const char *state) {
+        const QString name = portsName(wiredPorts) + QLatin1Char('-') + QLatin1String(state);
+        return QStringList{NetworkSettle, QStringLiteral("shot=") + fileName(dir, panelSize, name, language)};
     };
     QStringList steps;
     for (const QString &language : WindowDriver::languageNames()) {
         steps << language << QStringLiteral("network") << QStringLiteral("eth0") << QStringLiteral("static")
-              << shot(language, 0);
-        steps << QStringLiteral("outer=up") << QStringLiteral("test") << shot(language, 1)
-              << QStringLiteral("testresult") << shot(language, 2) << QStringLiteral("dismiss");
+              << shot(language, "eth0-static-idle");
+        steps << QStringLiteral("outer=up") << QStringLiteral("test") << shot(language, "eth0-static-running")
+              << QStringLiteral("testresult") << shot(language, "eth0-static-succeeded") << QStringLiteral("dismiss");
         steps << QStringLiteral("outer=down") << QStringLiteral("test") << QStringLiteral("testresult")
-              << shot(language, 3) << QStringLiteral("dismiss") << QStringLiteral("outer=up");
+              << shot(language, "eth0-static-failed") << QStringLiteral("dismiss") << QStringLiteral("outer=up");
         if (wiredPorts > 1)
-            steps << QStringLiteral("eth1") << shot(language, 4);
+            steps << QStringLiteral("eth1") << shot(language, "eth1-static-idle");
     }
     // DHCP last: where the page can see a lease of this machine's own eth0
     // it keeps it, and the static shots must not show that.
     for (const QString &language : WindowDriver::languageNames()) {
-        steps << language << QStringLiteral("eth0") << QStringLiteral("dhcp") << shot(language, wiredPorts > 1 ? 5 : 4);
-        if (wiredPorts > 1)
-            steps << QStringLiteral("eth1") << QStringLiteral("dhcp") << shot(language, 6) << QStringLiteral("static");
+        steps << language << QStringLiteral("eth0") << QStringLiteral("dhcp") << shot(language, "eth0-dhcp-idle");
+        if (wiredPorts > 1) {
+            steps << QStringLiteral("eth1") << QStringLiteral("dhcp") << shot(language, "eth1-dhcp-idle")
+                  << QStringLiteral("static");
+        }
         steps << QStringLiteral("eth0") << QStringLiteral("static");
     }
     return steps;

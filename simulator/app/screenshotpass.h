@@ -30,9 +30,8 @@ public:
     static QString fileName(const QString &dir, const QSize &panelSize,
                             const QString &page, const QString &language);
 
-    // The network states' names, without language: "network-2ports-eth0-static-idle".
-    static QStringList networkShotNames(int wiredPorts);
-    // The script that shows and shoots them all in both languages.
+    // The script that shows and shoots the network page's states in both
+    // languages.
     static QStringList networkScript(const QString &dir, const QSize &panelSize, int wiredPorts);
 
     void start(int settleMs = 500);
