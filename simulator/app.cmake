@@ -26,11 +26,20 @@ add_executable(panel-simulator
   ${PANEL_SIMULATOR_DIR}/commandreader.h ${PANEL_SIMULATOR_DIR}/commandreader.cpp
   ${PANEL_SIMULATOR_DIR}/nestedrunner.h ${PANEL_SIMULATOR_DIR}/nestedrunner.cpp
   ${PANEL_SIMULATOR_DIR}/headlessrunner.h ${PANEL_SIMULATOR_DIR}/headlessrunner.cpp
+  ${PANEL_SIMULATOR_DIR}/networkactivity.h ${PANEL_SIMULATOR_DIR}/networkactivity.cpp
+  ${PANEL_SIMULATOR_DIR}/routetablewatcher.h ${PANEL_SIMULATOR_DIR}/routetablewatcher.cpp
+  ${PANEL_SIMULATOR_DIR}/networklab.h ${PANEL_SIMULATOR_DIR}/networklab.cpp
+  ${PANEL_SIMULATOR_DIR}/outernetwork.h ${PANEL_SIMULATOR_DIR}/outernetwork.cpp
+  ${PANEL_SIMULATOR_DIR}/pingwatch.h ${PANEL_SIMULATOR_DIR}/pingwatch.cpp
 )
 target_include_directories(panel-simulator PRIVATE
   ${PANEL_SIMULATOR_DIR}
   ${PROJECT_SOURCE_DIR}/plugin/include)
 target_link_libraries(panel-simulator PRIVATE panelkit Qt5::Core Qt5::Gui Qt5::Widgets)
+
+# --real-network starts the simulator in the test suite's network lab.
+target_compile_definitions(panel-simulator PRIVATE
+  SIMULATOR_NETLAB_RUNNER="${PROJECT_SOURCE_DIR}/tests/support/netlab/run-in-netlab")
 
 # The plug-in of this build tree is the default; --plugin overrides it.
 if(TARGET settingsplugin)

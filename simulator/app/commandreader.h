@@ -18,6 +18,8 @@ class CommandReader : public QObject
 public:
     static constexpr const char *ShowCommand = "show";   // show or recreate the window
     static constexpr const char *QuitCommand = "quit";   // end the simulator
+    static constexpr const char *OuterUpCommand = "outer=up";       // the outer network answers
+    static constexpr const char *OuterDownCommand = "outer=down";   // it does not
 
     explicit CommandReader(QObject *parent = nullptr);
 

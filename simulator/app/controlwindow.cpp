@@ -1,5 +1,6 @@
 #include "controlwindow.h"
 
+#include <QCheckBox>
 #include <QCloseEvent>
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -8,6 +9,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QSignalBlocker>
 #include <QTime>
 #include <QVBoxLayout>
 
@@ -16,6 +18,7 @@ ControlWindow::ControlWindow(const QString &root, const QString &pluginPath, QWi
     , m_where(new QLabel(this))
     , m_pluginPath(pluginPath)
     , m_log(new QPlainTextEdit(this))
+    , m_outer(new QCheckBox(tr("Outer network answers"), this))
 {
     setWindowTitle(tr("Panel simulator: host side"));
     setPanelRoot(root);
@@ -28,9 +31,13 @@ ControlWindow::ControlWindow(const QString &root, const QString &pluginPath, QWi
     auto *quitButton = new QPushButton(tr("Quit"), this);
     connect(openButton, &QPushButton::clicked, this, &ControlWindow::openSettingsRequested);
     connect(quitButton, &QPushButton::clicked, this, &ControlWindow::quitRequested);
+    m_outer->setChecked(true);
+    m_outer->setToolTip(tr("Whether the outer-network test's ping gets an answer"));
+    connect(m_outer, &QCheckBox::toggled, this, &ControlWindow::outerNetworkToggled);
 
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(openButton);
+    buttons->addWidget(m_outer);
     buttons->addStretch();
     buttons->addWidget(quitButton);
     auto *layout = new QVBoxLayout(this);
@@ -51,6 +58,12 @@ void ControlWindow::setPanelRoot(const QString &root)
 {
     const QString shown = root.isEmpty() ? tr("(being built)") : root;
     m_where->setText(tr("Panel root: %1\nPlug-in: %2").arg(shown, m_pluginPath));
+}
+
+void ControlWindow::setOuterNetworkUp(bool up)
+{
+    const QSignalBlocker blocker(m_outer);
+    m_outer->setChecked(up);
 }
 
 void ControlWindow::appendLine(const QString &line)

@@ -5,13 +5,15 @@
 #include <QString>
 #include <QWidget>
 
+class QCheckBox;
 class QLabel;
 class QPlainTextEdit;
 
 // The small side window of an interactive run: the host-side log
 // (notifications with their values, commands the plug-in ran), where the
 // simulated panel lives, and buttons to show (or, once deleted, recreate)
-// the settings window the way the runtime would, and to quit.
+// the settings window the way the runtime would, and to quit; a switch
+// makes the world beyond the panel answer the outer-network test or not.
 class ControlWindow : public QWidget
 {
     Q_OBJECT
@@ -27,10 +29,12 @@ public:
 public slots:
     void appendLine(const QString &line);
     void setPanelRoot(const QString &root);
+    void setOuterNetworkUp(bool up);
 
 signals:
     void openSettingsRequested();
     void quitRequested();
+    void outerNetworkToggled(bool up);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -39,6 +43,7 @@ private:
     QLabel *m_where;
     QString m_pluginPath;
     QPlainTextEdit *m_log;
+    QCheckBox *m_outer;
 };
 
 #endif // CONTROLWINDOW_H

@@ -20,6 +20,8 @@ HeadlessRunner::HeadlessRunner(const SimulatorOptions &options)
 
 int HeadlessRunner::run()
 {
+    if (!m_options.networkNote.isEmpty())
+        printLogLine(m_options.networkNote);
     const bool useXvfb = XServer::available(XServer::Kind::Virtual);
     if (!useXvfb)
         qCWarning(lcSimulator) << "Xvfb not found (install the xvfb package): using Qt's offscreen"
@@ -36,11 +38,13 @@ int HeadlessRunner::run()
     return status;
 }
 
-QStringList HeadlessRunner::childArguments(const QSize &size) const
+QStringList HeadlessRunner::childArguments(const QSize &size, int wiredPorts) const
 {
+    SimulatorOptions pass = m_options;
+    pass.wiredPorts = wiredPorts;
     return QStringList{QStringLiteral("--") + QLatin1String(SimulatorOptions::PassOption),
                        QStringLiteral("--screenshots"), QFileInfo(m_options.screenshotDir).absoluteFilePath()}
-        + SimulatorChild::commonArguments(m_options, size);
+        + SimulatorChild::commonArguments(pass, size);
 }
 
 int HeadlessRunner::runForSize(const QSize &size, bool useXvfb)
@@ -53,16 +57,24 @@ int HeadlessRunner::runForSize(const QSize &size, bool useXvfb)
             return 1;
         }
     }
-    SimulatorChild child(QStringLiteral("the screenshot pass"));
-    QString error;
-    if (!child.start(childArguments(size), SimulatorChild::environment(server.display()),
-                     SimulatorChild::Output::Forwarded, &error)) {
-        qCCritical(lcSimulator).noquote() << error;
-        return 1;
+    // Two panels on the same screen: with both wired ports (every page),
+    // then with eth0 alone (the network page's states).
+    int status = 0;
+    for (int wiredPorts : {2, 1}) {
+        SimulatorChild child(QStringLiteral("the screenshot pass"));
+        QString error;
+        if (!child.start(childArguments(size, wiredPorts), SimulatorChild::environment(server.display()),
+                         SimulatorChild::Output::Forwarded, &error)) {
+            qCCritical(lcSimulator).noquote() << error;
+            status = 1;
+            break;
+        }
+        status = child.waitForEnd(PassTimeoutMs);
+        // The child first: it must not outlive its X server.
+        child.stop();
+        if (status != 0)
+            break;
     }
-    const int status = child.waitForEnd(PassTimeoutMs);
-    // The child first: it must not outlive its X server.
-    child.stop();
     server.stop();
     return status;
 }

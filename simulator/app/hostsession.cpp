@@ -1,13 +1,20 @@
 #include "hostsession.h"
 #include "calllogwatcher.h"
 #include "fifowatcher.h"
+#include "networkactivity.h"
 #include "panelactivity.h"
+#include "routetablewatcher.h"
 #include "simulatedpanel.h"
 
 #include <QDialog>
+#include <QTimer>
 #include <QtEndian>
 
 namespace {
+
+// The stand-ins' table is a file read; the lab's costs a process.
+const int StandInTablePollMs = 500;
+const int LabTablePollMs = 1000;
 
 quint32 wordAt(const QByteArray &message, int index)
 {
@@ -16,13 +23,16 @@ quint32 wordAt(const QByteArray &message, int index)
 
 } // namespace
 
-HostSession::HostSession(const QString &root, QObject *parent)
+HostSession::HostSession(const QString &root, const QString &realIp, QObject *parent)
     : QObject(parent)
     , m_registers(root)
     , m_sysreg(new FifoWatcher(root + QStringLiteral("/tmp/fifo_sysreg"), 4, this))
     , m_localreg(new FifoWatcher(root + QStringLiteral("/tmp/fifo_localreg"), 12, this))
     , m_calls(new CallLogWatcher(SimulatedPanel::callLogPath(root), this))
+    , m_routes(new RouteTableWatcher(SimulatedPanel::routeTablePath(root), realIp, this))
+    , m_tablePollMs(realIp.isEmpty() ? StandInTablePollMs : LabTablePollMs)
 {
+    connect(m_routes, &RouteTableWatcher::tableChanged, this, &HostSession::onRoutesChanged);
     connect(m_sysreg, &FifoWatcher::messageReceived, this, &HostSession::onRegisterMessage);
     connect(m_localreg, &FifoWatcher::messageReceived, this, &HostSession::onLocalMessage);
     connect(m_calls, &CallLogWatcher::commandRan, this, &HostSession::onCommandRan);
@@ -33,6 +43,8 @@ bool HostSession::start(QString *error)
     if (!m_sysreg->open(error) || !m_localreg->open(error))
         return false;
     m_calls->start();
+    m_routes->check();
+    m_routes->start(m_tablePollMs);
     return true;
 }
 
@@ -48,6 +60,7 @@ void HostSession::adoptWindow(QDialog *window)
 void HostSession::flush()
 {
     m_calls->poll();
+    m_routes->check();
 }
 
 void HostSession::onRegisterMessage(const QByteArray &message)
@@ -77,6 +90,22 @@ void HostSession::onCommandRan(const QStringList &argv)
     const QString meaning = PanelActivity::describe(argv);
     if (!meaning.isEmpty())
         emit logLine(QStringLiteral("panel: ") + meaning);
+    // Once the whole batch of commands is reported, not after each one.
+    if (NetworkActivity::changesRoutes(argv) && !m_routeCheckDue) {
+        m_routeCheckDue = true;
+        QTimer::singleShot(0, this, [this]() {
+            m_routeCheckDue = false;
+            m_routes->check();
+        });
+    }
+}
+
+void HostSession::onRoutesChanged(const QStringList &routes)
+{
+    emit logLine(routes.isEmpty() ? QStringLiteral("panel: routing table now empty")
+                                  : QStringLiteral("panel: routing table now:"));
+    for (const QString &route : routes)
+        emit logLine(QStringLiteral("    ") + route);
 }
 
 void HostSession::closeWindowIfReleased()

@@ -11,11 +11,13 @@
 
 class CallLogWatcher;
 class FifoWatcher;
+class RouteTableWatcher;
 
 // The host application's side of a running settings window: it reads the
 // register and local-area notifications the plug-in sends through the two
 // FIFOs, reports each with the value now stored, reports every command the
-// plug-in ran, and closes and deletes the window when register 86 (window
+// plug-in ran with what it meant at the panel, the panel's routing table
+// whenever it changed, and closes and deletes the window when register 86 (window
 // open) goes to 0, as the HMI runtime does.
 class HostSession : public QObject
 {
@@ -24,7 +26,9 @@ class HostSession : public QObject
 public:
     static constexpr unsigned WindowOpenRegister = 86;
 
-    explicit HostSession(const QString &root, QObject *parent = nullptr);
+    // realIp: the ip tool that shows the lab's real routing table; empty
+    // for the table the recording stand-ins keep.
+    HostSession(const QString &root, const QString &realIp, QObject *parent = nullptr);
 
     // Opens both FIFOs and starts following the call log.
     bool start(QString *error);
@@ -41,6 +45,7 @@ private slots:
     void onRegisterMessage(const QByteArray &message);
     void onLocalMessage(const QByteArray &message);
     void onCommandRan(const QStringList &argv);
+    void onRoutesChanged(const QStringList &routes);
 
 private:
     void closeWindowIfReleased();
@@ -49,6 +54,9 @@ private:
     FifoWatcher *m_sysreg = nullptr;
     FifoWatcher *m_localreg = nullptr;
     CallLogWatcher *m_calls = nullptr;
+    RouteTableWatcher *m_routes = nullptr;
+    int m_tablePollMs;
+    bool m_routeCheckDue = false;
     QPointer<QDialog> m_window;
 };
 

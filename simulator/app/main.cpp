@@ -1,6 +1,7 @@
 #include "headlessrunner.h"
 #include "interrupthandler.h"
 #include "nestedrunner.h"
+#include "networklab.h"
 #include "simulatorapp.h"
 #include "simulatoroptions.h"
 #include "xserver.h"
@@ -30,6 +31,36 @@ int runNested(char *argv[], const SimulatorOptions &options)
     return runner.run();
 }
 
+// --real-network: the simulator runs again inside a private lab, and this
+// process only waits for it (true, with its status). Where no lab can be
+// made, and in a process that claims to be in one but is not, the network
+// tools stay recording stand-ins and the log says why.
+bool runInNetworkLab(const QStringList &arguments, SimulatorOptions &options, int *status)
+{
+    if (options.inNetworkLab) {
+        const QString outside = NetworkLab::notInsideLab();
+        if (!outside.isEmpty()) {
+            options.inNetworkLab = false;
+            options.networkNote = QStringLiteral("not inside a private network lab (%1): using the recording stand-ins")
+                                      .arg(outside);
+        }
+        return false;
+    }
+    if (!options.realNetwork)
+        return false;
+    QString why = NetworkLab::whyUnavailable();
+    if (why.isEmpty()) {
+        why = NetworkLab::runInLab(arguments.mid(1) << QStringLiteral("--") + QLatin1String(SimulatorOptions::InLabOption),
+                                   status);
+        if (why.isEmpty() && *status != NetworkLab::Skipped)
+            return true;
+        if (why.isEmpty())
+            why = QStringLiteral("the lab runner could not build the lab (its reason is above)");
+    }
+    options.networkNote = QStringLiteral("real network unavailable, using the recording stand-ins: %1").arg(why);
+    return false;
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -52,6 +83,9 @@ int main(int argc, char *argv[])
         std::fputs(qPrintable(SimulatorOptions::helpText()), stdout);
         return 0;
     }
+    int labStatus = 0;
+    if (runInNetworkLab(arguments, options, &labStatus))
+        return labStatus;
     if (options.mode() == SimulatorOptions::Mode::Screenshots) {
         // Only starts X servers and child processes: no GUI here.
         QCoreApplication app(argc, argv);
@@ -72,6 +106,11 @@ int main(int argc, char *argv[])
     // simulator says so in its log.
     if (options.wantsNestedScreen() && XServer::available(XServer::Kind::Nested))
         return runNested(argv, options);
+    // Screenshots show what a panel without a DHCP server shows, whatever
+    // this machine's own eth0 holds. The pass's X server is local, reached
+    // through its socket file, so it stays in reach.
+    if (options.mode() == SimulatorOptions::Mode::ScreenshotPass && !options.inNetworkLab)
+        NetworkLab::isolateFromMachineNetwork();
     if (!SimulatorOptions::hasDisplay() && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Qt only sees the program name: QGuiApplication would otherwise take

@@ -48,6 +48,8 @@ int NestedRunner::run()
     }
     if (m_options.mode() == SimulatorOptions::Mode::Interactive)
         showControlWindow();
+    if (!m_options.networkNote.isEmpty())
+        report(m_options.networkNote);
     report(QStringLiteral("panel screen %1 (%2) in a Xephyr window on %3")
                .arg(m_server.display(), SimulatorOptions::sizeName(m_size), userDisplay));
     if (!m_child.start(childArguments(), SimulatorChild::environment(m_server.display()),
@@ -81,6 +83,10 @@ void NestedRunner::showControlWindow()
     connect(m_control, &ControlWindow::openSettingsRequested, this,
             [this]() { m_child.send(QLatin1String(CommandReader::ShowCommand)); });
     connect(m_control, &ControlWindow::quitRequested, this, &NestedRunner::requestQuit);
+    connect(m_control, &ControlWindow::outerNetworkToggled, this, [this](bool up) {
+        m_child.send(QLatin1String(up ? CommandReader::OuterUpCommand : CommandReader::OuterDownCommand));
+    });
+    m_control->setOuterNetworkUp(m_options.outerNetworkUp);
     m_control->placeBeside(m_size);
     m_control->show();
 }

@@ -1,4 +1,5 @@
 #include "panelactivity.h"
+#include "networkactivity.h"
 
 namespace PanelActivity {
 
@@ -44,7 +45,7 @@ QString describe(const QStringList &argv)
         return QStringLiteral("device image written");
     if (tool == QLatin1String("reboot"))
         return QStringLiteral("the panel would reboot now (recorded only)");
-    return QString();
+    return NetworkActivity::describe(argv);
 }
 
 } // namespace PanelActivity

@@ -10,20 +10,28 @@ PanelEnvironment::PanelEnvironment()
 {
 }
 
-bool PanelEnvironment::create(const QSize &panelSize, bool keep, QString *error)
+bool PanelEnvironment::create(const SimulatorOptions &simulator, const QSize &panelSize, QString *error)
 {
     if (!m_dir.isValid()) {
         *error = QStringLiteral("cannot create a temporary panel folder: %1").arg(m_dir.errorString());
         return false;
     }
-    m_dir.setAutoRemove(!keep);
+    m_dir.setAutoRemove(!simulator.keepRoot);
     SimulatedPanel::Options options;
     // A panel as delivered: key clicks on, so that every touch shows a beep.
     options.buzzerOn = true;
     options.screenWidth = panelSize.width();
+    options.wiredPorts = simulator.wiredPorts;
+    options.outerNetwork = simulator.outerNetworkUp ? SimulatedPanel::Options::OuterNetwork::Up
+                                                    : SimulatedPanel::Options::OuterNetwork::Down;
+    options.realNetwork = simulator.inNetworkLab;
     SimulatedPanel panel;
     if (!panel.build(m_dir.path(), options)) {
         *error = QStringLiteral("cannot build the simulated panel: %1").arg(panel.errorString());
+        return false;
+    }
+    if (!QDir::setCurrent(m_dir.path())) {
+        *error = QStringLiteral("cannot work in the panel folder %1").arg(m_dir.path());
         return false;
     }
     return exportEnvironment(error) && checkToolsAreFakes(error);

@@ -14,16 +14,25 @@ class WindowDriver;
 // <dir>/<W>x<H>/<page or dialog>_<lang>.png. Each shot selects the language
 // row and clicks the page button (then touches the dialog open), waits for
 // the window to settle (timers, style updates) and grabs it.
+// Then the network page's states, played as a script:
+// <dir>/<W>x<H>/network-<N>port(s)-<port>-<mode>-<lamp>_<lang>.png, static
+// and DHCP, the test lamp idle, running, succeeded (outer network up) and
+// failed (down), the result box still open over the last two. A panel with
+// one port gets only these (the other pages are the same as with two).
 class ScreenshotPass : public QObject
 {
     Q_OBJECT
 
 public:
-    ScreenshotPass(WindowDriver *driver, const QString &dir, const QSize &panelSize,
+    ScreenshotPass(WindowDriver *driver, const QString &dir, const QSize &panelSize, int wiredPorts,
                    QObject *parent = nullptr);
 
     static QString fileName(const QString &dir, const QSize &panelSize,
                             const QString &page, const QString &language);
+
+    // The script that shows and shoots the network page's states in both
+    // languages.
+    static QStringList networkScript(const QString &dir, const QSize &panelSize, int wiredPorts);
 
     void start(int settleMs = 500);
 
@@ -36,11 +45,13 @@ private slots:
     void prepareNext();
     void openDialog();
     void grabCurrent();
+    void playNetworkScript();
 
 private:
     WindowDriver *m_driver;
     QString m_dir;
     QSize m_size;
+    int m_ports;
     QList<QPair<QString, QString>> m_shots;   // (language, page or dialog)
     int m_next = 0;
     int m_settleMs = 500;

@@ -1,7 +1,11 @@
 #include "scriptrunner.h"
+#include "outernetwork.h"
+#include "pingwatch.h"
 #include "windowdriver.h"
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
 #include <QTimer>
 
 namespace {
@@ -17,6 +21,27 @@ bool parseWait(const QString &step, int *ms)
     return ok && value >= 0 && value <= 600000;
 }
 
+// A ping waits 3 s for its answer; past this something else is wrong and
+// the page reads whatever there is.
+const int PingAnswerTimeoutMs = 5000;
+const int PingPollMs = 50;
+
+bool parseOuter(const QString &step, bool *up)
+{
+    if (step != QLatin1String("outer=up") && step != QLatin1String("outer=down"))
+        return false;
+    if (up)
+        *up = step == QLatin1String("outer=up");
+    return true;
+}
+
+// The network page's steps: port tabs, modes and the outer-network test.
+bool isNetworkStep(const QString &step)
+{
+    return WindowDriver::portNames().contains(step) || WindowDriver::modeNames().contains(step)
+        || step == QLatin1String("test") || step == QLatin1String("testresult") || parseOuter(step, nullptr);
+}
+
 } // namespace
 
 ScriptRunner::ScriptRunner(const QStringList &steps, WindowDriver *driver, QObject *parent)
@@ -28,8 +53,8 @@ ScriptRunner::ScriptRunner(const QStringList &steps, WindowDriver *driver, QObje
 
 QString ScriptRunner::syntax()
 {
-    return QStringLiteral("general, network, version, zh, en, keypad, datetime, dismiss, wait=MS, shot=FILE, "
-                          "close, quit");
+    return QStringLiteral("general, network, version, zh, en, keypad, datetime, dismiss, eth0, eth1, static, dhcp, "
+                          "test, testresult, outer=up, outer=down, wait=MS, shot=FILE, close, quit");
 }
 
 bool ScriptRunner::validate(const QStringList &steps, QString *error)
@@ -48,7 +73,7 @@ bool ScriptRunner::validate(const QStringList &steps, QString *error)
             || WindowDriver::languageNames().contains(step)
             || WindowDriver::dialogNames().contains(step) || step == QLatin1String("dismiss")
             || step == QLatin1String("close") || step == QLatin1String("quit")
-            || parseWait(step, nullptr)
+            || isNetworkStep(step) || parseWait(step, nullptr)
             || (step.startsWith(QLatin1String("shot=")) && step.size() > 5);
         if (!known) {
             *error = QStringLiteral("unknown script step \"%1\" (steps: %2)").arg(step, syntax());
@@ -72,6 +97,11 @@ void ScriptRunner::runNextStep()
         return;
     }
     const QString step = m_steps.at(m_next++);
+    if (step == QLatin1String("testresult")) {
+        m_pingClock.start();
+        awaitPingAnswer();
+        return;
+    }
     int pauseMs = m_stepDelayMs;
     QString error;
     if (!runStep(step, &pauseMs, &error)) {
@@ -85,6 +115,34 @@ void ScriptRunner::runNextStep()
     QTimer::singleShot(pauseMs, this, &ScriptRunner::runNextStep);
 }
 
+void ScriptRunner::awaitPingAnswer()
+{
+    // The ping's redirection makes the file before the ping runs.
+    const bool underway = !QFileInfo::exists(QStringLiteral("ping.txt")) || PingWatch::runningIn(QDir::currentPath());
+    if (underway && m_pingClock.elapsed() < PingAnswerTimeoutMs) {
+        QTimer::singleShot(PingPollMs, this, &ScriptRunner::awaitPingAnswer);
+        return;
+    }
+    QString error;
+    if (!m_driver->evaluateTest(&error)) {
+        emit failed(QStringLiteral("step \"testresult\": %1").arg(error));
+        return;
+    }
+    QTimer::singleShot(m_stepDelayMs, this, &ScriptRunner::runNextStep);
+}
+
+bool ScriptRunner::runNetworkStep(const QString &step, QString *error)
+{
+    bool up = true;
+    if (parseOuter(step, &up))
+        return OuterNetwork::set(up, error);
+    if (WindowDriver::portNames().contains(step))
+        return m_driver->showPort(step, error);
+    if (WindowDriver::modeNames().contains(step))
+        return m_driver->selectMode(step, error);
+    return m_driver->pressTest(error);
+}
+
 bool ScriptRunner::runStep(const QString &step, int *pauseMs, QString *error)
 {
     if (WindowDriver::pageNames().contains(step))
@@ -95,6 +153,8 @@ bool ScriptRunner::runStep(const QString &step, int *pauseMs, QString *error)
         return m_driver->openDialog(step, error);
     if (step == QLatin1String("dismiss"))
         return m_driver->dismissDialog(error);
+    if (isNetworkStep(step))
+        return runNetworkStep(step, error);
     if (parseWait(step, pauseMs))
         return true;
     if (step.startsWith(QLatin1String("shot="))) {

@@ -1,6 +1,7 @@
 #ifndef SCRIPTRUNNER_H
 #define SCRIPTRUNNER_H
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -12,6 +13,14 @@ class WindowDriver;
 // Steps (given comma-separated on the command line):
 //   general | network | version   click that page's button
 //   zh | en                       select that language row
+//   keypad | datetime | dismiss   open a general page dialog; close the top one
+//   eth0 | eth1                   show that wired port's tab of the network page
+//   static | dhcp                 pick the shown port's addressing mode
+//   test                          press the shown port's outer-network test button
+//   testresult                    once the ping has finished, let the page read
+//                                 its answer now rather than after 6 s (the
+//                                 result box stays open until "dismiss")
+//   outer=up | outer=down         make the world beyond the panel answer or not
 //   wait=MS                       pause
 //   shot=FILE                     write a PNG of the window
 //   close                         press the window's close button
@@ -38,14 +47,17 @@ signals:
 
 private slots:
     void runNextStep();
+    void awaitPingAnswer();
 
 private:
     bool runStep(const QString &step, int *pauseMs, QString *error);
+    bool runNetworkStep(const QString &step, QString *error);
 
     QStringList m_steps;
     WindowDriver *m_driver;
     int m_next = 0;
     int m_stepDelayMs = 300;
+    QElapsedTimer m_pingClock;
 };
 
 #endif // SCRIPTRUNNER_H

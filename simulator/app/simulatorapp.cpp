@@ -3,6 +3,8 @@
 #include "controlwindow.h"
 #include "hostsession.h"
 #include "interrupthandler.h"
+#include "networklab.h"
+#include "outernetwork.h"
 #include "screenshotpass.h"
 #include "scriptrunner.h"
 #include "simulatorlog.h"
@@ -62,13 +64,16 @@ bool SimulatorApp::prepare(QString *error)
 {
     // Panel and environment come first: the plug-in may run commands or
     // open panel files as soon as it is loaded.
-    if (!m_panel.create(m_size, m_options.keepRoot, error))
+    if (!m_panel.create(m_options, m_size, error))
         return false;
     // The parent of a nested-screen child shows the folder and removes it
     // should the child die without doing so.
     if (m_options.keepRoot || m_options.nestedChild)
         printLogLine(QStringLiteral("panel root: ") + m_panel.root());
-    m_session = new HostSession(m_panel.root(), this);
+    if (!prepareNetwork(error))
+        return false;
+    m_session = new HostSession(m_panel.root(),
+                                m_options.inNetworkLab ? NetworkLab::realTool(QStringLiteral("ip")) : QString(), this);
     connect(m_session, &HostSession::logLine, this, &SimulatorApp::report);
     connect(m_session, &HostSession::windowDeleted, this, &SimulatorApp::onWindowDeleted);
     if (!m_session->start(error))
@@ -77,6 +82,8 @@ bool SimulatorApp::prepare(QString *error)
         m_control = new ControlWindow(m_panel.root(), QFileInfo(m_options.pluginPath).absoluteFilePath());
         connect(m_control, &ControlWindow::openSettingsRequested, this, &SimulatorApp::openWindow);
         connect(m_control, &ControlWindow::quitRequested, this, [this]() { finish(0); });
+        connect(m_control, &ControlWindow::outerNetworkToggled, this, &SimulatorApp::setOuterNetwork);
+        m_control->setOuterNetworkUp(m_options.outerNetworkUp);
         m_control->placeBeside(m_size);
         m_control->show();
     }
@@ -87,6 +94,28 @@ bool SimulatorApp::prepare(QString *error)
         connect(m_commands, &CommandReader::inputEnded, this, [this]() { finish(0); });
     }
     return m_plugin.load(error);
+}
+
+bool SimulatorApp::prepareNetwork(QString *error)
+{
+    if (!m_options.networkNote.isEmpty())
+        report(m_options.networkNote);
+    if (!m_options.inNetworkLab) {
+        report(QStringLiteral("network: recording stand-ins, nothing on this machine changes; the routing table"
+                              " shown is the one they keep for the panel (outer network %1)")
+                   .arg(QLatin1String(m_options.outerNetworkUp ? "up" : "down")));
+        return true;
+    }
+    if (!NetworkLab::coverResolver(m_panel.path(QStringLiteral("/etc/resolv.conf")), error))
+        return false;
+    m_resolverCovered = true;
+    if (!m_options.outerNetworkUp && !NetworkLab::setFarLinks(false, error))
+        return false;
+    report(QStringLiteral("network: private lab; eth0 and eth1 lead to a far side with DHCP and DNS (%1 answers"
+                          " there), and ifconfig, route, ip, udhcpc, killall and ping run for real in it. The"
+                          " routing table shown is the lab's own (ip -4 route show)")
+               .arg(qEnvironmentVariable("NETLAB_PING_HOST")));
+    return true;
 }
 
 bool SimulatorApp::createWindow(QString *error)
@@ -129,7 +158,7 @@ void SimulatorApp::startMode()
         connect(script, &ScriptRunner::failed, this, &SimulatorApp::fail);
         script->start();
     } else if (m_mode == SimulatorOptions::Mode::ScreenshotPass) {
-        auto *pass = new ScreenshotPass(&m_driver, m_options.screenshotDir, m_size, this);
+        auto *pass = new ScreenshotPass(&m_driver, m_options.screenshotDir, m_size, m_options.wiredPorts, this);
         connect(pass, &ScreenshotPass::saved, this, [](const QString &path) { printLogLine(path); });
         connect(pass, &ScreenshotPass::failed, this, &SimulatorApp::fail);
         connect(pass, &ScreenshotPass::finished, this, [this]() { finish(0); });
@@ -161,8 +190,20 @@ void SimulatorApp::onCommand(const QString &command)
         openWindow();
     else if (command == QLatin1String(CommandReader::QuitCommand))
         finish(0);
+    else if (command == QLatin1String(CommandReader::OuterUpCommand)
+             || command == QLatin1String(CommandReader::OuterDownCommand))
+        setOuterNetwork(command == QLatin1String(CommandReader::OuterUpCommand));
     else
         report(QStringLiteral("unknown command \"%1\"").arg(command));
+}
+
+void SimulatorApp::setOuterNetwork(bool up)
+{
+    QString error;
+    if (OuterNetwork::set(up, &error))
+        report(QStringLiteral("outer network now %1").arg(QLatin1String(up ? "up" : "down")));
+    else
+        report(error);
 }
 
 void SimulatorApp::report(const QString &line)
@@ -224,4 +265,8 @@ void SimulatorApp::shutDown()
         m_session->flush();
     delete m_control;
     m_control = nullptr;
+    // Before the panel folder, and the file in it, go.
+    if (m_resolverCovered)
+        NetworkLab::uncoverResolver();
+    m_resolverCovered = false;
 }

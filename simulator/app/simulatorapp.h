@@ -37,11 +37,13 @@ private slots:
     void onClosePressed();
     void onCloseOverdue();
     void onCommand(const QString &command);
+    void setOuterNetwork(bool up);
     void finish(int status);
     void fail(const QString &error);
 
 private:
     bool prepare(QString *error);
+    bool prepareNetwork(QString *error);
     bool createWindow(QString *error);
     void startMode();
     void warnIfScreenIsNotThePanel();
@@ -59,6 +61,7 @@ private:
     InterruptHandler *m_interrupt = nullptr;
     QTimer m_closeWatchdog;
     bool m_finishing = false;
+    bool m_resolverCovered = false;
 };
 
 #endif // SIMULATORAPP_H

@@ -28,6 +28,10 @@ QStringList SimulatorChild::commonArguments(const SimulatorOptions &options, con
                           QStringLiteral("--plugin"), QFileInfo(options.pluginPath).absoluteFilePath()};
     if (options.keepRoot)
         arguments << QStringLiteral("--keep-root");
+    arguments << QStringLiteral("--ports") << QString::number(options.wiredPorts) << QStringLiteral("--outer-net")
+              << QLatin1String(options.outerNetworkUp ? "up" : "down");
+    if (options.inNetworkLab)
+        arguments << QStringLiteral("--") + QLatin1String(SimulatorOptions::InLabOption);
     return arguments;
 }
 

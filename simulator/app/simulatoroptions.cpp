@@ -2,6 +2,7 @@
 #include "scriptrunner.h"
 
 #include <QCommandLineParser>
+#include <QDir>
 
 #ifndef SIMULATOR_DEFAULT_PLUGIN
 #define SIMULATOR_DEFAULT_PLUGIN "libsettingsplugin.so"
@@ -62,6 +63,21 @@ bool SimulatorOptions::parseSize(const QString &text)
     return false;
 }
 
+bool SimulatorOptions::parseNetwork(const QString &ports, const QString &outer)
+{
+    if (ports != QLatin1String("1") && ports != QLatin1String("2")) {
+        m_error = QStringLiteral("--ports takes 1 or 2, not \"%1\"").arg(ports);
+        return false;
+    }
+    wiredPorts = ports.toInt();
+    if (outer != QLatin1String("up") && outer != QLatin1String("down")) {
+        m_error = QStringLiteral("--outer-net takes up or down, not \"%1\"").arg(outer);
+        return false;
+    }
+    outerNetworkUp = outer == QLatin1String("up");
+    return true;
+}
+
 namespace {
 
 void declareOptions(QCommandLineParser &parser)
@@ -72,13 +88,20 @@ void declareOptions(QCommandLineParser &parser)
         "With an X display the settings window gets a screen of the panel's size of its\n"
         "own (a Xephyr window, unless --no-nested) and the log opens beside it.\n"
         "Without a display (or with --screenshots) it writes a PNG of every page in\n"
-        "both languages under <dir>/<W>x<H>/ and prints each path."));
+        "both languages under <dir>/<W>x<H>/, and of the network page's states (one\n"
+        "and two ports, static and DHCP, the test lamp idle, running, succeeded and\n"
+        "failed), and prints each path.\n"
+        "The log shows every command the plug-in ran, what it meant at the panel, and\n"
+        "the panel's routing table after each change of its network."));
     QCommandLineOption pass(QLatin1String(SimulatorOptions::PassOption),
                             QStringLiteral("Internal: one screenshot pass in this process."));
     pass.setFlags(QCommandLineOption::HiddenFromHelp);
     QCommandLineOption nestedChild(QLatin1String(SimulatorOptions::NestedChildOption),
                                    QStringLiteral("Internal: run on the nested panel screen, driven over stdin."));
     nestedChild.setFlags(QCommandLineOption::HiddenFromHelp);
+    QCommandLineOption inLab(QLatin1String(SimulatorOptions::InLabOption),
+                             QStringLiteral("Internal: this process runs inside the private network lab."));
+    inLab.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOptions({
         {{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this help.")},
         {QStringLiteral("plugin"), QStringLiteral("The plug-in library to load (default: the build tree's)."),
@@ -95,8 +118,19 @@ void declareOptions(QCommandLineParser &parser)
         {QStringLiteral("no-nested"),
          QStringLiteral("With a display, open the settings window on the desktop's screen instead of a "
                         "nested screen of the panel's size (Xephyr); the plug-in then sizes itself for the desktop.")},
+        {QStringLiteral("ports"), QStringLiteral("Wired ports of the simulated panel: 1 (eth0) or 2 (eth0, eth1; default)."),
+         QStringLiteral("n"), QStringLiteral("2")},
+        {QStringLiteral("outer-net"),
+         QStringLiteral("Whether the world beyond the panel answers the outer-network test's ping: up (default) or "
+                        "down. Script steps outer=up and outer=down change it while running."),
+         QStringLiteral("up|down"), QStringLiteral("up")},
+        {QStringLiteral("real-network"),
+         QStringLiteral("Run inside a private network lab (root, network and mount namespaces): eth0 and eth1 are "
+                        "veth links to a far side with a DHCP and DNS server, and udhcpc, route, ifconfig, ip and "
+                        "ping run for real there. Where no lab can be made, says why and uses the stand-ins.")},
         pass,
         nestedChild,
+        inLab,
     });
 }
 
@@ -132,9 +166,19 @@ SimulatorOptions::Parse SimulatorOptions::parse(const QStringList &arguments)
     screenshotPass = parser.isSet(QLatin1String(PassOption));
     noNested = parser.isSet(QStringLiteral("no-nested"));
     nestedChild = parser.isSet(QLatin1String(NestedChildOption));
+    realNetwork = parser.isSet(QStringLiteral("real-network"));
+    inNetworkLab = parser.isSet(QLatin1String(InLabOption));
     const bool scripted = parser.isSet(QStringLiteral("script"));
     if (scripted)
         script = parser.value(QStringLiteral("script")).split(QLatin1Char(','), Qt::SkipEmptyParts);
+    // The simulator works in the panel's folder, so shots go where the
+    // user meant them from where the simulator was started.
+    for (QString &step : script) {
+        if (step.startsWith(QLatin1String("shot=")) && step.size() > 5)
+            step = QStringLiteral("shot=") + QDir::current().absoluteFilePath(step.mid(5));
+    }
+    if (!parseNetwork(parser.value(QStringLiteral("ports")), parser.value(QStringLiteral("outer-net"))))
+        return Parse::Error;
     if (!parseSize(parser.value(QStringLiteral("size"))))
         return Parse::Error;
     if (scripted && !ScriptRunner::validate(script, &m_error))

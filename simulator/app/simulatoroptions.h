@@ -45,12 +45,19 @@ public:
     bool noNested = false;
     bool nestedChild = false;     // this process runs on the nested screen
     QStringList script;
+    int wiredPorts = 2;           // the panel's wired ports: 1 or 2
+    bool outerNetworkUp = true;   // whether the simulated world answers the ping
+    bool realNetwork = false;     // --real-network: run in a private network lab
+    bool inNetworkLab = false;    // this process runs inside that lab
+    QString networkNote;          // why --real-network fell back, for the log
 
     static constexpr const char *PassOption = "screenshot-pass";
     static constexpr const char *NestedChildOption = "nested-child";
+    static constexpr const char *InLabOption = "in-network-lab";
 
 private:
     bool parseSize(const QString &text);
+    bool parseNetwork(const QString &ports, const QString &outer);
     bool check();
 
     QString m_error;

@@ -8,7 +8,9 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPixmap>
+#include <QMessageBox>
 #include <QPushButton>
+#include <QTabWidget>
 
 WindowDriver::WindowDriver(QDialog *window)
     : m_window(window)
@@ -28,6 +30,16 @@ QStringList WindowDriver::languageNames()
 QStringList WindowDriver::dialogNames()
 {
     return {QStringLiteral("keypad"), QStringLiteral("datetime")};
+}
+
+QStringList WindowDriver::portNames()
+{
+    return {QStringLiteral("eth0"), QStringLiteral("eth1")};
+}
+
+QStringList WindowDriver::modeNames()
+{
+    return {QStringLiteral("static"), QStringLiteral("dhcp")};
 }
 
 QWidget *WindowDriver::child(const char *className, const QString &objectName, QString *error) const
@@ -56,6 +68,94 @@ bool WindowDriver::showPage(const QString &page, QString *error)
     if (!button)
         return false;
     button->click();
+    return true;
+}
+
+QTabWidget *WindowDriver::networkTabs(QString *error) const
+{
+    if (!m_window) {
+        *error = QStringLiteral("the settings window is gone");
+        return nullptr;
+    }
+    // Found by class: the window's form names the page after its place.
+    for (QTabWidget *tabs : m_window->findChildren<QTabWidget *>()) {
+        if (tabs->inherits("NetworkSettings"))
+            return tabs;
+    }
+    *error = QStringLiteral("the settings window has no network page (NetworkSettings)");
+    return nullptr;
+}
+
+bool WindowDriver::showPort(const QString &port, QString *error)
+{
+    QTabWidget *tabs = networkTabs(error);
+    if (!tabs)
+        return false;
+    QWidget *tab = tabs->findChild<QWidget *>(port + QStringLiteral("Tab"));
+    const int index = tab ? tabs->indexOf(tab) : -1;
+    if (index < 0) {
+        *error = QStringLiteral("the network page has no %1 tab (a panel with one wired port?)").arg(port);
+        return false;
+    }
+    tabs->setCurrentIndex(index);
+    return true;
+}
+
+QWidget *WindowDriver::shownPort(QString *error) const
+{
+    QTabWidget *tabs = networkTabs(error);
+    if (!tabs)
+        return nullptr;
+    QWidget *tab = tabs->currentWidget();
+    if (!tab || !portNames().contains(tab->objectName().chopped(qMin(3, tab->objectName().size())))) {
+        *error = QStringLiteral("the network page shows no wired port's tab");
+        return nullptr;
+    }
+    return tab;
+}
+
+bool WindowDriver::selectMode(const QString &mode, QString *error)
+{
+    const int row = modeNames().indexOf(mode);
+    QWidget *tab = shownPort(error);
+    if (!tab)
+        return false;
+    auto *combo = tab->findChild<QComboBox *>(QStringLiteral("modeComboBox"));
+    if (row < 0 || !combo || row >= combo->count()) {
+        *error = QStringLiteral("no mode \"%1\" on %2").arg(mode, tab->objectName());
+        return false;
+    }
+    if (!combo->isEnabled()) {
+        *error = QStringLiteral("%1 is switched off: its mode cannot be chosen").arg(tab->objectName());
+        return false;
+    }
+    combo->setCurrentIndex(row);
+    return true;
+}
+
+bool WindowDriver::pressTest(QString *error)
+{
+    QWidget *tab = shownPort(error);
+    if (!tab)
+        return false;
+    auto *button = tab->findChild<QPushButton *>(QStringLiteral("TestButton"));
+    if (!button) {
+        *error = QStringLiteral("%1 has no TestButton").arg(tab->objectName());
+        return false;
+    }
+    button->click();
+    return true;
+}
+
+bool WindowDriver::evaluateTest(QString *error)
+{
+    QTabWidget *tabs = networkTabs(error);
+    if (!tabs)
+        return false;
+    if (!QMetaObject::invokeMethod(tabs, "ping_test", Qt::QueuedConnection)) {
+        *error = QStringLiteral("the network page has no ping_test slot");
+        return false;
+    }
     return true;
 }
 
@@ -116,7 +216,10 @@ bool WindowDriver::dismissDialog(QString *error)
         *error = QStringLiteral("no dialog is open");
         return false;
     }
-    auto *close = dialog->findChild<QPushButton *>(QStringLiteral("closePushButton"));
+    // A message box is answered with its own button, as the operator would.
+    auto *box = qobject_cast<QMessageBox *>(dialog);
+    auto *close = box ? qobject_cast<QPushButton *>(box->buttons().value(0))
+                      : dialog->findChild<QPushButton *>(QStringLiteral("closePushButton"));
     if (close)
         close->click();
     else

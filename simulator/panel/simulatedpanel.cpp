@@ -1,9 +1,11 @@
 #include "simulatedpanel.h"
+#include "networkstandins.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QStandardPaths>
 #include <QtEndian>
 
 #include <cstring>
@@ -165,6 +167,14 @@ QString SimulatedPanel::imagePath(const QString &root) { return stateDir(root) +
 QString SimulatedPanel::brightnessPath(const QString &root) { return stateDir(root) + QStringLiteral("/brightness"); }
 QString SimulatedPanel::beepLogPath(const QString &root) { return stateDir(root) + QStringLiteral("/beeps.log"); }
 QString SimulatedPanel::hostToolDir(const QString &root) { return stateDir(root) + QStringLiteral("/bin"); }
+QString SimulatedPanel::routeTablePath(const QString &root) { return stateDir(root) + QStringLiteral("/routes"); }
+QString SimulatedPanel::interfacesPath(const QString &root) { return stateDir(root) + QStringLiteral("/interfaces"); }
+QString SimulatedPanel::outerNetworkPath(const QString &root) { return stateDir(root) + QStringLiteral("/outer-net"); }
+
+bool SimulatedPanel::setOuterNetwork(const QString &root, bool up)
+{
+    return writeFile(outerNetworkPath(root), up ? "up\n" : "down\n", nullptr);
+}
 
 QByteArray SimulatedPanel::sampleImage(const Options &options)
 {
@@ -185,7 +195,7 @@ QByteArray SimulatedPanel::sampleImage(const Options &options)
     putIp(image, Eth1GatewayOffset, 192, 168, 2, 1);
     putIp(image, Eth1MaskOffset, 255, 255, 255, 0);
     image[CapabilityByte] = char(1 << 3);
-    image[HwOptionsByte] = char(1 << 0 | 1 << 5);
+    image[HwOptionsByte] = char((options.wiredPorts > 1 ? 1 << 0 : 0) | 1 << 5);
     image[ScreenWidthLow] = char(options.screenWidth & 0xff);
     image[ScreenWidthHigh] = char(((options.screenWidth >> 8) & 0x0f) << 4);
     const QByteArray text = options.qrCodeText.left(QrTextSize);
@@ -196,18 +206,65 @@ QByteArray SimulatedPanel::sampleImage(const Options &options)
 
 bool SimulatedPanel::writeHostToolFakes(const QString &dir, QString *error)
 {
+    return writeHostTools(dir, false, error);
+}
+
+bool SimulatedPanel::writeHostToolPassThroughs(const QString &dir, QString *error)
+{
+    return writeHostTools(dir, true, error);
+}
+
+bool SimulatedPanel::writeHostTools(const QString &dir, bool passThrough, QString *error)
+{
     if (!QDir().mkpath(dir)) {
         if (error)
             *error = QStringLiteral("cannot create %1").arg(dir);
         return false;
     }
+    const QByteArray here = QFile::encodeName(dir);
     const QByteArray prelude =
-        "if [ -n \"$PANEL_ROOT\" ]; then CALL_LOG=\"$PANEL_ROOT/sim/calls.log\"; mkdir -p \"$PANEL_ROOT/sim\"\n"
-        "else CALL_LOG='" + QFile::encodeName(dir) + "/calls.log'; fi\n";
+        "if [ -n \"$PANEL_ROOT\" ]; then STATE=\"$PANEL_ROOT/sim\"; mkdir -p \"$STATE\"\n"
+        "else STATE='" + here + "'; fi\n"
+        "CALL_LOG=\"$STATE/calls.log\"\n";
+    // The real tools only from the system's folders: PATH may hold other
+    // stand-ins (a test's) before them.
+    const QStringList searchPath = {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/bin"), QStringLiteral("/sbin"),
+                                    QStringLiteral("/bin")};
     for (const char *tool : HostTools) {
-        if (!writeFile(dir + QLatin1Char('/') + QLatin1String(tool), script(prelude, "exit 0\n"),
+        const QString name = QLatin1String(tool);
+        QByteArray body = NetworkStandIns::body(name) + "exit 0\n";
+        if (passThrough && NetworkStandIns::toolNames().contains(name)) {
+            const QString real = QStandardPaths::findExecutable(name, searchPath);
+            if (real.isEmpty()) {
+                if (error)
+                    *error = QStringLiteral("no real %1 to pass on to").arg(name);
+                return false;
+            }
+            body = NetworkStandIns::passThrough(real);
+        }
+        if (!writeFile(dir + QLatin1Char('/') + name, script(prelude, body),
                        error, QFileDevice::ExeOwner | QFileDevice::ExeGroup | QFileDevice::ExeOther))
             return false;
+    }
+    return true;
+}
+
+bool SimulatedPanel::writeNetworkState(const QString &root, const Options &options)
+{
+    QStringList ports{QStringLiteral("eth0")};
+    QList<QStringList> addresses{{QStringLiteral("192.168.1.100"), QStringLiteral("255.255.255.0")}};
+    if (options.wiredPorts > 1) {
+        ports << QStringLiteral("eth1");
+        addresses << QStringList{QStringLiteral("192.168.2.100"), QStringLiteral("255.255.255.0")};
+    }
+    if (!writeFile(stateDir(root) + QStringLiteral("/ports"), ports.join(QLatin1Char('\n')).toLatin1() + '\n', &m_error)
+        || !writeFile(interfacesPath(root), NetworkStandIns::interfacesFile(ports, addresses), &m_error)
+        || !writeFile(routeTablePath(root), NetworkStandIns::routesFile(ports, addresses), &m_error))
+        return false;
+    using Outer = Options::OuterNetwork;
+    if (options.outerNetwork != Outer::Unknown && !setOuterNetwork(root, options.outerNetwork == Outer::Up)) {
+        m_error = QStringLiteral("cannot write %1").arg(outerNetworkPath(root));
+        return false;
     }
     return true;
 }
@@ -245,7 +302,8 @@ bool SimulatedPanel::build(const QString &root, const Options &options)
         || !writeFile(imagePath(root), sampleImage(options), &m_error)
         || !writeFile(brightnessPath(root), QByteArray::number(options.brightness) + '\n', &m_error)
         || !writeFile(state + "/usbslave", "plug-out\n", &m_error)
-        || !writeFile(callLogPath(root), QByteArray(), &m_error))
+        || !writeFile(callLogPath(root), QByteArray(), &m_error)
+        || !writeNetworkState(root, options))
         return false;
 
     const QString font = options.fontSource.isEmpty() ? findCjkFont() : options.fontSource;
@@ -258,7 +316,7 @@ bool SimulatedPanel::build(const QString &root, const Options &options)
                        &m_error, QFileDevice::ExeOwner | QFileDevice::ExeGroup | QFileDevice::ExeOther))
             return false;
     }
-    return writeHostToolFakes(hostToolDir(root), &m_error);
+    return writeHostTools(hostToolDir(root), options.realNetwork, &m_error);
 }
 
 QList<QStringList> SimulatedPanel::parseCallLog(const QByteArray &log)

@@ -21,6 +21,13 @@ public:
         bool withLanguageFile = true;   // /hmi/Config/lange.json
         bool buzzerOn = false;          // register 79, the key click
         QString fontSource;             // empty: a CJK font from the system
+        int wiredPorts = 2;             // 1: eth0 only (capability bit of eth1 clear)
+        // Whether the ping stand-in's host answers; Unknown: the stand-in
+        // says nothing, as a bare recorder.
+        enum class OuterNetwork { Unknown, Up, Down } outerNetwork = OuterNetwork::Unknown;
+        // The network tools run for real after being recorded: only for a
+        // simulator inside a private network namespace.
+        bool realNetwork = false;
     };
 
     // Builds the panel below root (created if missing). False when a part
@@ -32,6 +39,9 @@ public:
     // Writes the recording stand-ins of the host tools into dir. They log to
     // $PANEL_ROOT/sim/calls.log when PANEL_ROOT is set, else to dir/calls.log.
     static bool writeHostToolFakes(const QString &dir, QString *error = nullptr);
+    // The same with the network tools passing on to the real ones (found
+    // outside dir) once recorded.
+    static bool writeHostToolPassThroughs(const QString &dir, QString *error = nullptr);
     static QStringList hostToolNames();
     static QStringList firmwareToolNames();
 
@@ -41,6 +51,12 @@ public:
     static QString brightnessPath(const QString &root);// root/sim/brightness
     static QString beepLogPath(const QString &root);   // root/sim/beeps.log
     static QString hostToolDir(const QString &root);   // root/sim/bin
+    static QString routeTablePath(const QString &root);    // root/sim/routes
+    static QString interfacesPath(const QString &root);    // root/sim/interfaces
+    static QString outerNetworkPath(const QString &root);  // root/sim/outer-net
+
+    // Makes the simulated world beyond the panel answer the ping or not.
+    static bool setOuterNetwork(const QString &root, bool up);
 
     // Parses a call log into argument vectors (element 0 is the tool name).
     static QList<QStringList> parseCallLog(const QByteArray &log);
@@ -52,6 +68,9 @@ public:
     static constexpr int RegisterFileSize = 4096;
 
 private:
+    static bool writeHostTools(const QString &dir, bool passThrough, QString *error);
+    bool writeNetworkState(const QString &root, const Options &options);
+
     QString m_error;
 };
 

@@ -34,6 +34,32 @@ void TestPanelActivity::describe_data()
     QTest::newRow("reboot") << QStringList{"reboot"} << "the panel would reboot now (recorded only)";
     QTest::newRow("read") << QStringList{"readee"} << "";
     QTest::newRow("nothing") << QStringList{} << "";
+    QTest::newRow("address and up") << QStringList{"ifconfig", "eth0", "192.168.1.100", "up"}
+                                    << "eth0 address set to 192.168.1.100, brought up";
+    QTest::newRow("address") << QStringList{"ifconfig", "eth1", "10.0.0.5"} << "eth1 address set to 10.0.0.5";
+    QTest::newRow("netmask") << QStringList{"ifconfig", "eth0", "netmask", "255.255.0.0"}
+                             << "eth0 netmask set to 255.255.0.0";
+    QTest::newRow("port down") << QStringList{"ifconfig", "eth1", "down"} << "eth1 taken down";
+    QTest::newRow("ifconfig query") << QStringList{"ifconfig", "eth0"} << "";
+    QTest::newRow("not an address") << QStringList{"ifconfig", "eth0", "300.1.1.1"} << "";
+    QTest::newRow("route add") << QStringList{"route", "add", "default", "gw", "192.168.1.1", "dev", "eth0", "metric", "1"}
+                               << "adds default route via 192.168.1.1 on eth0, metric 1";
+    QTest::newRow("route add, gateway only") << QStringList{"route", "add", "default", "gw", "192.168.10.1"}
+                                             << "adds default route via 192.168.10.1";
+    QTest::newRow("route add, no gateway") << QStringList{"route", "add", "default", "dev", "ppp0", "metric", "0"}
+                                           << "adds default route on ppp0, metric 0";
+    QTest::newRow("route del") << QStringList{"route", "del", "default", "dev", "eth1"}
+                               << "removes default route on eth1";
+    QTest::newRow("route, other") << QStringList{"route", "-n"} << "";
+    QTest::newRow("dhcp client") << QStringList{"udhcpc", "-i", "eth1", "-t", "100", "-T", "1", "-A", "1", "-p",
+                                                "/var/run/udhcpc1.pid"}
+                                 << "DHCP client started on eth1";
+    QTest::newRow("dhcp client, no port") << QStringList{"udhcpc"} << "";
+    QTest::newRow("killall ping") << QStringList{"killall", "ping"} << "a ping still running is ended";
+    QTest::newRow("ping") << QStringList{"ping", "www.baidu.com", "-W", "3", "-c", "1"}
+                          << "outer-network test: one ping to www.baidu.com";
+    QTest::newRow("ping, options first") << QStringList{"ping", "-c", "1", "-W", "3", "host.example"}
+                                         << "outer-network test: one ping to host.example";
 }
 
 void TestPanelActivity::describe()

@@ -6,6 +6,7 @@
 #include "testpanel.h"
 
 #include <QFileInfo>
+#include <QProcess>
 #include <QStandardPaths>
 #include <QtTest>
 
@@ -28,6 +29,11 @@ private slots:
     void fifoReaderCollectsMessages();
     void rootIsRestoredAfterwards();
     void guardNoticesEscapingTools();
+    void routingTableAsTheKernelWouldKeepIt_data();
+    void routingTableAsTheKernelWouldKeepIt();
+    void pingAnswersAsTheOuterNetworkIs_data();
+    void pingAnswersAsTheOuterNetworkIs();
+    void onePortPanelHasNoSecondPort();
 };
 
 void TestSimulatedPanel::registerFilesCoverEveryArea_data()
@@ -164,6 +170,124 @@ void TestSimulatedPanel::guardNoticesEscapingTools()
     QVERIFY(!escaped.isEmpty());
     QVERIFY2(escaped.contains("would reach the real tool") || escaped.contains("/bin/sh"), qPrintable(escaped));
     QCOMPARE(TestHarness::escapingTool(fakes), QString());
+}
+
+
+namespace {
+
+const QString Eth0Link = QStringLiteral("192.168.1.0/24 dev eth0 proto kernel scope link src 192.168.1.100");
+const QString Eth1Link = QStringLiteral("192.168.2.0/24 dev eth1 proto kernel scope link src 192.168.2.100");
+const QString Eth0Default = QStringLiteral("route add default gw 192.168.1.1 dev eth0 metric 1");
+const QString Eth1Default = QStringLiteral("route add default gw 192.168.2.1 dev eth1 metric 11");
+
+} // namespace
+
+void TestSimulatedPanel::routingTableAsTheKernelWouldKeepIt_data()
+{
+    QTest::addColumn<int>("ports");
+    QTest::addColumn<QStringList>("commands");
+    QTest::addColumn<QStringList>("table");
+    QTest::newRow("as booted") << 2 << QStringList{} << QStringList{Eth0Link, Eth1Link};
+    QTest::newRow("lowest metric first") << 2 << QStringList{Eth1Default, Eth0Default}
+        << QStringList{"default via 192.168.1.1 dev eth0 metric 1", "default via 192.168.2.1 dev eth1 metric 11",
+                       Eth0Link, Eth1Link};
+    QTest::newRow("no metric") << 2 << QStringList{"route add default gw 192.168.1.1 dev eth0"}
+        << QStringList{"default via 192.168.1.1 dev eth0", Eth0Link, Eth1Link};
+    QTest::newRow("port found from the gateway") << 2 << QStringList{"route add default gw 192.168.2.1"}
+        << QStringList{"default via 192.168.2.1 dev eth1", Eth0Link, Eth1Link};
+    QTest::newRow("gateway off the port's subnet") << 2 << QStringList{"route add default gw 10.0.0.1 dev eth0 metric 1"}
+        << QStringList{Eth0Link, Eth1Link};
+    QTest::newRow("no wlan0, no ppp0")
+        << 2 << QStringList{"route add default gw 192.168.236.1 dev wlan0 metric 100", "route add default dev ppp0 metric 100"}
+        << QStringList{Eth0Link, Eth1Link};
+    QTest::newRow("twice the same") << 2 << QStringList{Eth0Default, Eth0Default}
+        << QStringList{"default via 192.168.1.1 dev eth0 metric 1", Eth0Link, Eth1Link};
+    QTest::newRow("removed") << 2 << QStringList{Eth0Default, Eth1Default, "route del default dev eth0"}
+        << QStringList{"default via 192.168.2.1 dev eth1 metric 11", Eth0Link, Eth1Link};
+    QTest::newRow("nothing to remove") << 2 << QStringList{"route del default dev eth1"} << QStringList{Eth0Link, Eth1Link};
+    QTest::newRow("new address: class mask, route gone") << 2 << QStringList{Eth0Default, "ifconfig eth0 10.1.2.3 up"}
+        << QStringList{"10.0.0.0/8 dev eth0 proto kernel scope link src 10.1.2.3", Eth1Link};
+    QTest::newRow("then its netmask") << 2 << QStringList{"ifconfig eth0 10.1.2.3 up", "ifconfig eth0 netmask 255.255.255.0"}
+        << QStringList{"10.1.2.0/24 dev eth0 proto kernel scope link src 10.1.2.3", Eth1Link};
+    QTest::newRow("port down takes its routes") << 2 << QStringList{Eth0Default, Eth1Default, "ifconfig eth1 down"}
+        << QStringList{"default via 192.168.1.1 dev eth0 metric 1", Eth0Link};
+    QTest::newRow("down and up again") << 2 << QStringList{Eth1Default, "ifconfig eth1 down", "ifconfig eth1 up"}
+        << QStringList{Eth0Link, Eth1Link};
+    QTest::newRow("one port: eth1 is not there")
+        << 1 << QStringList{"ifconfig eth1 192.168.2.100 up", Eth1Default, Eth0Default}
+        << QStringList{"default via 192.168.1.1 dev eth0 metric 1", Eth0Link};
+    QTest::newRow("not understood") << 2 << QStringList{"route add default gw 999.1.1.1 dev eth0", "ifconfig eth0 x y",
+                                                        "route add default gw", "ifconfig"}
+        << QStringList{Eth0Link, Eth1Link};
+}
+
+// Every stand-in call still exits 0, as the plug-in's checks of the real
+// tools' results are not what the simulator shows.
+void TestSimulatedPanel::routingTableAsTheKernelWouldKeepIt()
+{
+    QFETCH(int, ports);
+    QFETCH(QStringList, commands);
+    QFETCH(QStringList, table);
+    SimulatedPanel::Options options;
+    options.wiredPorts = ports;
+    TestPanel panel(options);
+    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
+    for (const QString &command : commands)
+        QCOMPARE(std::system(command.toLatin1().constData()), 0);
+    const QString routes = QString::fromLatin1(panel.readFile(QStringLiteral("/sim/routes")));
+    QCOMPARE(routes.split(QLatin1Char('\n'), Qt::SkipEmptyParts), table);
+    QCOMPARE(panel.calls().size(), commands.size());
+}
+
+void TestSimulatedPanel::pingAnswersAsTheOuterNetworkIs_data()
+{
+    using Outer = SimulatedPanel::Options::OuterNetwork;
+    QTest::addColumn<int>("outer");
+    QTest::addColumn<bool>("ttl");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<bool>("silent");
+    QTest::newRow("up") << int(Outer::Up) << true << 0 << false;
+    QTest::newRow("down") << int(Outer::Down) << false << 1 << false;
+    QTest::newRow("not simulated") << int(Outer::Unknown) << false << 0 << true;
+}
+
+void TestSimulatedPanel::pingAnswersAsTheOuterNetworkIs()
+{
+    QFETCH(int, outer);
+    QFETCH(bool, ttl);
+    QFETCH(int, exitCode);
+    QFETCH(bool, silent);
+    SimulatedPanel::Options options;
+    options.outerNetwork = SimulatedPanel::Options::OuterNetwork(outer);
+    TestPanel panel(options);
+    QProcess ping;
+    ping.start(QStringLiteral("ping"), {QStringLiteral("www.baidu.com"), QStringLiteral("-W"), QStringLiteral("3"),
+                                        QStringLiteral("-c"), QStringLiteral("1")});
+    QVERIFY(ping.waitForFinished(10000));
+    const QByteArray said = ping.readAllStandardOutput();
+    QCOMPARE(ping.exitCode(), exitCode);
+    QCOMPARE(said.contains("ttl"), ttl);
+    QCOMPARE(said.isEmpty(), silent);
+    QVERIFY(silent || said.contains("www.baidu.com"));
+    // The state is the panel's own: switching it changes the next answer.
+    QVERIFY(SimulatedPanel::setOuterNetwork(panel.root(), !ttl));
+    ping.start(QStringLiteral("ping"), {QStringLiteral("www.baidu.com")});
+    QVERIFY(ping.waitForFinished(10000));
+    QCOMPARE(ping.readAllStandardOutput().contains("ttl"), !ttl);
+}
+
+void TestSimulatedPanel::onePortPanelHasNoSecondPort()
+{
+    SimulatedPanel::Options options;
+    options.wiredPorts = 1;
+    const QByteArray one = SimulatedPanel::sampleImage(options);
+    options.wiredPorts = 2;
+    const QByteArray two = SimulatedPanel::sampleImage(options);
+    QCOMPARE(quint8(one.at(256 + 6)) & 1, 0);
+    QCOMPARE(quint8(two.at(256 + 6)) & 1, 1);
+    // 4G and WLAN stay as they are.
+    QCOMPARE(quint8(one.at(256 + 6)) & 0x20, 0x20);
+    QCOMPARE(one.at(256 + 5), two.at(256 + 5));
 }
 
 PANEL_TEST_MAIN(TestSimulatedPanel)

@@ -1,3 +1,4 @@
+#include "simulatorrun.h"
 #include "testharness.h"
 #include "xserver.h"
 
@@ -12,104 +13,46 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+using namespace SimulatorRun;
+
 namespace {
 
 const QStringList kPages = {QStringLiteral("general"), QStringLiteral("network"), QStringLiteral("version")};
 // The general page's dialogs, shot open over it.
 const QStringList kDialogs = {QStringLiteral("keypad"), QStringLiteral("datetime")};
 const QStringList kLanguages = {QStringLiteral("zh"), QStringLiteral("en")};
+const QStringList kLamps = {QStringLiteral("idle"), QStringLiteral("running"), QStringLiteral("succeeded"),
+                            QStringLiteral("failed")};
 
-struct Run {
-    bool finished = false;
-    int exitCode = -1;
-    QStringList out;     // stdout lines
-    QString err;
-};
-
-// No display: the simulator takes its headless paths.
-QProcessEnvironment headless()
+// The network page's states the pass shoots for a panel with these ports.
+QStringList networkStates(int ports)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("DISPLAY"));
-    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    return environment;
+    const QString panel = ports == 1 ? QStringLiteral("network-1port") : QStringLiteral("network-2ports");
+    QStringList states;
+    for (const QString &lamp : kLamps)
+        states << panel + QStringLiteral("-eth0-static-") + lamp;
+    states << panel + QStringLiteral("-eth0-dhcp-idle");
+    if (ports == 2)
+        states << panel + QStringLiteral("-eth1-static-idle") << panel + QStringLiteral("-eth1-dhcp-idle");
+    return states;
 }
 
-// A desktop: an X display, as when the user starts the simulator there.
-QProcessEnvironment onDesktop(const QString &display)
+// The smallest rectangle holding every pixel in which the two differ.
+QRect differenceBox(const QImage &a, const QImage &b)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    environment.insert(QStringLiteral("DISPLAY"), display);
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    return environment;
-}
-
-void collect(QProcess &process, Run *run)
-{
-    run->exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run->out = QString::fromLocal8Bit(process.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-    run->err = QString::fromLocal8Bit(process.readAllStandardError());
-}
-
-Run runSimulator(const QStringList &arguments, int timeoutMs,
-                 const QProcessEnvironment &environment = headless())
-{
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), arguments);
-    Run run;
-    run.finished = process.waitForFinished(timeoutMs);
-    if (!run.finished) {
-        process.kill();
-        process.waitForFinished(5000);
+    QRect box;
+    for (int y = 0; y < qMin(a.height(), b.height()); ++y) {
+        for (int x = 0; x < qMin(a.width(), b.width()); ++x) {
+            if (a.pixel(x, y) != b.pixel(x, y))
+                box |= QRect(x, y, 1, 1);
+        }
     }
-    collect(process, &run);
-    return run;
+    return box;
 }
 
-// Waits until the running simulator has printed a line equal to text.
-bool waitForLine(QProcess &process, const QString &text, QByteArray *seen, int timeoutMs = 20000)
+bool differIn(const QImage &a, const QImage &b, const QRect &area)
 {
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < timeoutMs) {
-        if (QString::fromLocal8Bit(*seen).split(QLatin1Char('\n')).contains(text))
-            return true;
-        if (process.state() == QProcess::NotRunning)
-            return false;
-        process.waitForReadyRead(200);
-        seen->append(process.readAllStandardOutput());
-    }
-    return false;
-}
-
-QString describe(const Run &run)
-{
-    return QStringLiteral("exit %1\n--- stdout\n%2\n--- stderr\n%3")
-        .arg(run.exitCode).arg(run.out.join(QLatin1Char('\n')), run.err);
-}
-
-// A picture with a handful of colours at most is a blank or failed grab.
-int distinctColours(const QImage &image)
-{
-    QSet<QRgb> colours;
-    for (int y = 0; y < image.height(); y += 4) {
-        for (int x = 0; x < image.width(); x += 4)
-            colours.insert(image.pixel(x, y));
-    }
-    return colours.size();
-}
-
-QStringList pngLines(const QStringList &lines)
-{
-    QStringList paths;
-    for (const QString &line : lines) {
-        if (line.endsWith(QLatin1String(".png")))
-            paths << line;
-    }
-    return paths;
+    return a.copy(area) != b.copy(area);
 }
 
 // The display number of the nested panel screen the run reported, or -1.
@@ -148,15 +91,6 @@ bool closeIconAt(const QImage &image, int x, int y)
     return white >= 20 && blue >= 100;
 }
 
-int indexOfLine(const QStringList &lines, const QString &text, int from = 0)
-{
-    for (int i = from; i < lines.size(); ++i) {
-        if (lines.at(i) == text)
-            return i;
-    }
-    return -1;
-}
-
 } // namespace
 
 class TestSimulator : public QObject
@@ -181,6 +115,7 @@ private slots:
 
 private:
     void checkScreenshots(const QString &dir, const QList<QSize> &sizes, const QStringList &printed);
+    void checkNetworkScreenshots(const QString &sizeDir, const QSize &size, QStringList *expected);
     void requireDesktop(bool withXephyr);
 
     // A desktop larger than the panel, as a user's would be.
@@ -221,7 +156,6 @@ void TestSimulator::checkScreenshots(const QString &dir, const QList<QSize> &siz
             for (const QString &page : kPages + kDialogs) {
                 const QString file = QStringLiteral("%1/%2_%3.png").arg(sizeDir, page, language);
                 expected << file;
-                QVERIFY2(printed.contains(file), qPrintable(file + QStringLiteral(" not printed")));
                 QVERIFY2(QFileInfo(file).size() > 0, qPrintable(file));
                 const QImage image(file);
                 QVERIFY2(!image.isNull(), qPrintable(file));
@@ -243,8 +177,67 @@ void TestSimulator::checkScreenshots(const QString &dir, const QList<QSize> &siz
                          qPrintable(dialog + QStringLiteral(" did not show over the general page")));
             }
         }
+        checkNetworkScreenshots(sizeDir, size, &expected);
     }
+    for (const QString &file : qAsConst(expected))
+        QVERIFY2(printed.contains(file), qPrintable(file + QStringLiteral(" not printed")));
     QCOMPARE(printed.size(), expected.size());
+}
+
+// Every state of the network page, in both languages, for a panel with one
+// port and one with two: there, at the panel's size, and showing what the
+// state changes. The lamp is found as the part of the page the test's start
+// changes (lamp and button), and every lamp state must differ there.
+void TestSimulator::checkNetworkScreenshots(const QString &sizeDir, const QSize &size, QStringList *expected)
+{
+    for (int ports : {1, 2}) {
+        for (const QString &language : kLanguages) {
+            QHash<QString, QImage> shot;
+            for (const QString &state : networkStates(ports)) {
+                const QString file = QStringLiteral("%1/%2_%3.png").arg(sizeDir, state, language);
+                *expected << file;
+                const QImage image(file);
+                QVERIFY2(!image.isNull(), qPrintable(file));
+                QCOMPARE(image.size(), size);
+                QVERIFY2(distinctColours(image) >= 8, qPrintable(file + QStringLiteral(" is nearly uniform")));
+                shot.insert(state.section(QLatin1Char('-'), 2), image);
+            }
+            const QString where = QStringLiteral(" (%1 ports, %2, %3)").arg(ports).arg(language, sizeDir);
+            const QImage idle = shot.value(QStringLiteral("eth0-static-idle"));
+            const QImage running = shot.value(QStringLiteral("eth0-static-running"));
+            const QImage succeeded = shot.value(QStringLiteral("eth0-static-succeeded"));
+            const QImage failed = shot.value(QStringLiteral("eth0-static-failed"));
+            const QRect lampAndButton = differenceBox(idle, running);
+            QVERIFY2(!lampAndButton.isEmpty(), qPrintable(QStringLiteral("starting the test changed nothing") + where));
+            QVERIFY2(lampAndButton.width() * lampAndButton.height() < size.width() * size.height() / 10,
+                     qPrintable(QStringLiteral("starting the test changed more than lamp and button") + where));
+            QVERIFY2(differIn(running, succeeded, lampAndButton), qPrintable(QStringLiteral("no green lamp") + where));
+            QVERIFY2(differIn(succeeded, failed, lampAndButton), qPrintable(QStringLiteral("failed looks succeeded") + where));
+            QVERIFY2(differIn(running, failed, lampAndButton), qPrintable(QStringLiteral("failed looks running") + where));
+            // The result box stands over the page outside the lamp.
+            QVERIFY2(!lampAndButton.contains(differenceBox(running, succeeded)),
+                     qPrintable(QStringLiteral("no result box") + where));
+            QVERIFY2(idle != shot.value(QStringLiteral("eth0-dhcp-idle")),
+                     qPrintable(QStringLiteral("DHCP looks static") + where));
+            if (ports == 2) {
+                QVERIFY2(idle != shot.value(QStringLiteral("eth1-static-idle")),
+                         qPrintable(QStringLiteral("eth1 looks like eth0") + where));
+                QVERIFY2(shot.value(QStringLiteral("eth1-static-idle")) != shot.value(QStringLiteral("eth1-dhcp-idle")),
+                         qPrintable(QStringLiteral("eth1 DHCP looks static") + where));
+            }
+        }
+    }
+    // The tab bar tells the panels apart.
+    for (const QString &language : kLanguages) {
+        const QImage one(QStringLiteral("%1/network-1port-eth0-static-idle_%2.png").arg(sizeDir, language));
+        const QImage two(QStringLiteral("%1/network-2ports-eth0-static-idle_%2.png").arg(sizeDir, language));
+        QVERIFY2(one != two, qPrintable(sizeDir + QStringLiteral(": one port looks like two")));
+    }
+    for (const QString &state : networkStates(1) + networkStates(2)) {
+        const QImage zh(QStringLiteral("%1/%2_zh.png").arg(sizeDir, state));
+        const QImage en(QStringLiteral("%1/%2_en.png").arg(sizeDir, state));
+        QVERIFY2(zh != en, qPrintable(state + QStringLiteral(": Chinese and English look the same")));
+    }
 }
 
 void TestSimulator::screenshotsOfDefaultSize()
@@ -335,6 +328,9 @@ void TestSimulator::rejectsBadArguments()
     for (const QStringList &arguments : {QStringList{QStringLiteral("--size"), QStringLiteral("640x480")},
                                          QStringList{QStringLiteral("--script"), QStringLiteral("dance")},
                                          QStringList{QStringLiteral("--script"), QStringLiteral("close,en")},
+                                         QStringList{QStringLiteral("--ports"), QStringLiteral("3")},
+                                         QStringList{QStringLiteral("--outer-net"), QStringLiteral("sideways")},
+                                         QStringList{QStringLiteral("--script"), QStringLiteral("outer=maybe")},
                                          QStringList{QStringLiteral("--size"), QStringLiteral("all"),
                                                      QStringLiteral("--script"), QStringLiteral("quit")}}) {
         const Run run = runSimulator(arguments, 30000);

@@ -1,0 +1,173 @@
+// The simulator's network: what each command meant at the panel, the
+// routing table after each change, the port steps, and the real network
+// inside the lab (or the fallback where no lab can be made).
+#include "simulatorrun.h"
+#include "testharness.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QtTest>
+
+using namespace SimulatorRun;
+
+namespace {
+
+// Processes whose command line names this build's simulator: the lab's
+// runner (its init, whose end takes the whole lab with it), the namespace
+// tool and the simulator inside. Other labs may run beside it.
+int simulatorProcesses()
+{
+    int found = 0;
+    for (const QString &entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile cmdline(QStringLiteral("/proc/%1/cmdline").arg(entry));
+        if (cmdline.open(QIODevice::ReadOnly) && cmdline.readAll().contains(PANEL_SIMULATOR_PATH))
+            ++found;
+    }
+    return found;
+}
+
+} // namespace
+
+class TestSimulatorNetwork : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void networkCommandsAndRoutingTableAreReported();
+    void onePortPanelHasNoEth1();
+    void realNetworkOrItsFallback();
+    void noRealToolsOutsideALab();
+    void logWindowSwitchesTheOuterNetwork();
+};
+
+// With the stand-ins: what each command meant, the table after each change
+// (eth0 alone on a one-port panel: eth1, wlan0 and ppp0 routes are refused),
+// the outer network's answer in the panel's own ping.txt.
+void TestSimulatorNetwork::networkCommandsAndRoutingTableAreReported()
+{
+    const Run run = runSimulator({QStringLiteral("--keep-root"), QStringLiteral("--ports"), QStringLiteral("1"),
+                                  QStringLiteral("--outer-net"), QStringLiteral("down"), QStringLiteral("--script"),
+                                  QStringLiteral("network,eth0,test,testresult,dismiss,outer=up,test,testresult,dismiss,"
+                                                 "dhcp,close")},
+                                 60000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    const QStringList roots = run.out.filter(QRegularExpression(QStringLiteral("^panel root: ")));
+    QCOMPARE(roots.size(), 1);
+    QDir root(roots.first().mid(QStringLiteral("panel root: ").size()));
+    QFile ping(root.filePath(QStringLiteral("ping.txt")));
+    const bool pingRead = ping.open(QIODevice::ReadOnly);
+    const QByteArray answer = ping.readAll();
+    root.removeRecursively();
+    QVERIFY2(pingRead && answer.contains("ttl="), answer.constData());
+
+    const int address = indexOfLine(run.out, QStringLiteral("panel: eth0 address set to 192.168.1.100, brought up"));
+    const int route = indexOfLine(run.out, QStringLiteral("panel: adds default route via 192.168.1.1 on eth0, metric 1"),
+                                  address);
+    const int table = indexOfLine(run.out, QStringLiteral("panel: routing table now:"), route);
+    QVERIFY2(address >= 0 && route > address && table > route, qPrintable(describe(run)));
+    QCOMPARE(run.out.mid(table + 1, 2),
+             (QStringList{QStringLiteral("    default via 192.168.1.1 dev eth0 metric 1"),
+                          QStringLiteral("    192.168.1.0/24 dev eth0 proto kernel scope link src 192.168.1.100")}));
+    QVERIFY2(!run.out.value(table + 3).startsWith(QStringLiteral("    ")), qPrintable(describe(run)));
+    QVERIFY2(run.out.filter(QStringLiteral("panel: outer-network test: one ping to www.baidu.com")).size() == 2,
+             qPrintable(describe(run)));
+    // The client starts in the background: its call may be logged after the
+    // register the page wrote next.
+    QVERIFY2(indexOfLine(run.out, QStringLiteral("panel: DHCP client started on eth0"), table) > table,
+             qPrintable(describe(run)));
+    QVERIFY2(indexOfLine(run.out, QStringLiteral("register 67 = 1"), table) > table, qPrintable(describe(run)));
+}
+
+void TestSimulatorNetwork::onePortPanelHasNoEth1()
+{
+    const Run run = runSimulator({QStringLiteral("--ports"), QStringLiteral("1"), QStringLiteral("--script"),
+                                  QStringLiteral("network,eth1,quit")}, 60000);
+    QVERIFY2(run.finished && run.exitCode == 1, qPrintable(describe(run)));
+    QVERIFY2(run.err.contains(QStringLiteral("step \"eth1\": the network page has no eth1 tab")), qPrintable(run.err));
+}
+
+// Inside the lab a real lease arrives and the kernel's table shows it; where
+// no lab can be made the simulator says why and goes on with the stand-ins.
+void TestSimulatorNetwork::realNetworkOrItsFallback()
+{
+    QProcess process;
+    process.setProcessEnvironment(headless());
+    process.start(QStringLiteral(PANEL_SIMULATOR_PATH),
+                  {QStringLiteral("--real-network"), QStringLiteral("--script"),
+                   QStringLiteral("network,eth0,dhcp,wait=60000,quit")});
+    QByteArray seen;
+    const QString mode = waitForMatch(process, QRegularExpression(QStringLiteral("^(network: private lab|real network "
+                                                                                  "unavailable)")), &seen, 30000);
+    QString leased;
+    if (mode.startsWith(QStringLiteral("network: private lab"))) {
+        leased = waitForMatch(process, QRegularExpression(QStringLiteral(
+                                           "^    10\\.77\\.0\\.0/24 dev eth0 proto kernel scope link src 10\\.77\\.0\\.\\d+")),
+                              &seen, 30000);
+    } else if (!mode.isEmpty()) {
+        leased = waitForMatch(process, QRegularExpression(QStringLiteral("^panel: DHCP client started on eth0$")),
+                              &seen, 30000);
+        QVERIFY2(seen.contains("network: recording stand-ins"), seen.constData());
+    }
+    process.terminate();
+    const bool ended = process.waitForFinished(30000);
+    if (!ended) {
+        process.kill();
+        process.waitForFinished(5000);
+    }
+    seen.append(process.readAllStandardOutput());
+    QVERIFY2(!mode.isEmpty() && !leased.isEmpty(), seen.constData());
+    QVERIFY2(ended, "the simulator did not end on SIGTERM");
+    QTRY_VERIFY2(simulatorProcesses() == 0, "the network lab outlived the simulator");
+    qInfo().noquote() << mode.left(40) << "..." << leased.trimmed();
+}
+
+// The lab's own flag on a process that is not in a lab changes nothing: the
+// network tools stay stand-ins that only record.
+void TestSimulatorNetwork::noRealToolsOutsideALab()
+{
+    const Run run = runSimulator({QStringLiteral("--in-network-lab"), QStringLiteral("--keep-root"),
+                                  QStringLiteral("--script"), QStringLiteral("network,quit")}, 60000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    QCOMPARE(run.out.filter(QRegularExpression(QStringLiteral("^not inside a private network lab \\(.+\\): using the "
+                                                               "recording stand-ins$"))).size(), 1);
+    QCOMPARE(run.out.filter(QRegularExpression(QStringLiteral("^network: recording stand-ins"))).size(), 1);
+    const QStringList roots = run.out.filter(QRegularExpression(QStringLiteral("^panel root: ")));
+    QCOMPARE(roots.size(), 1);
+    QDir root(roots.first().mid(QStringLiteral("panel root: ").size()));
+    QFile route(root.filePath(QStringLiteral("sim/bin/route")));
+    const bool read = route.open(QIODevice::ReadOnly);
+    const QByteArray standIn = route.readAll();
+    root.removeRecursively();
+    QVERIFY(read);
+    QVERIFY2(!standIn.contains("exec '"), standIn.constData());
+}
+
+// The log window's switch reaches the settings window's process as a
+// command, and the panel keeps the choice for the next ping.
+void TestSimulatorNetwork::logWindowSwitchesTheOuterNetwork()
+{
+    QProcess process;
+    process.setProcessEnvironment(headless());
+    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), {QStringLiteral("--nested-child"), QStringLiteral("--keep-root")});
+    QByteArray seen;
+    const QString root = waitForMatch(process, QRegularExpression(QStringLiteral("^panel root: ")), &seen, 20000)
+                             .mid(QStringLiteral("panel root: ").size());
+    QVERIFY2(waitForLine(process, QStringLiteral("settings window open at 800x480"), &seen), seen.constData());
+    QFile state(root + QStringLiteral("/sim/outer-net"));
+    QVERIFY(state.open(QIODevice::ReadOnly));
+    QCOMPARE(state.readAll(), QByteArray("up\n"));
+    state.close();
+    process.write("outer=down\n");
+    QVERIFY2(waitForLine(process, QStringLiteral("outer network now down"), &seen), seen.constData());
+    QVERIFY(state.open(QIODevice::ReadOnly));
+    QCOMPARE(state.readAll(), QByteArray("down\n"));
+    process.write("quit\n");
+    QVERIFY(process.waitForFinished(20000));
+    QCOMPARE(process.exitCode(), 0);
+    QDir(root).removeRecursively();
+}
+
+PANEL_TEST_MAIN(TestSimulatorNetwork)
+#include "tst_simulatornetwork.moc"
