@@ -894,7 +894,7 @@ void NetworkSettings::ping_test()
     for (WiredPortPage *page : wiredPages())
         page->setLamp(succeeded ? WiredPortPage::LampSucceeded : WiredPortPage::LampIdle);
     // The box runs its own event loop: a tick meanwhile reads the file again.
-    OuterNetworkTest::showResult(succeeded, tr("test successful"), tr("test failed"));
+    OuterNetworkTest::showResult(succeeded, tr("test successful"), tr("test failed"), m_font);
     m_pingTimer->stop();
     if (m_wifi)
         m_wifi->setPintTestBtnStyle();

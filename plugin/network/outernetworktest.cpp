@@ -29,13 +29,15 @@ PingResult::State result()
     return PingResult::read(QString::fromLatin1(PingFile));
 }
 
-void showResult(bool succeeded, const QString &successText, const QString &failureText)
+void showResult(bool succeeded, const QString &successText, const QString &failureText,
+                const QFont &font)
 {
     QMessageBox box(succeeded ? QMessageBox::Information : QMessageBox::Critical,
                     QString::fromUtf8(ResultBoxTitle), succeeded ? successText : failureText,
                     QMessageBox::Ok, nullptr, Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
     box.setObjectName(QStringLiteral("pingResultBox"));
     box.setStyleSheet(QLatin1String(ResultBoxStyle));
+    box.setFont(font);
     box.exec();
 }
 

@@ -3,6 +3,9 @@
 
 #include "pingresult.h"
 
+#include <QFont>
+#include <QString>
+
 // The outer-network test shared by the wired, WLAN and 4G tabs: one ping of
 // a well-known public web host in the background, its answer read from
 // "ping.txt" in the working directory some seconds later.
@@ -18,7 +21,10 @@ void start();
 PingResult::State result();
 
 // The modal box that tells the operator the outcome.
-void showResult(bool succeeded, const QString &successText, const QString &failureText);
+// It has no parent, as on every panel; the panel font keeps it readable on
+// large screens.
+void showResult(bool succeeded, const QString &successText, const QString &failureText,
+                const QFont &font);
 
 } // namespace OuterNetworkTest
 
