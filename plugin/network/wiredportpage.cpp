@@ -85,7 +85,7 @@ WiredPortPage::WiredPortPage(int port, const QFont &font, QWidget *parent)
         }
     }
     ui->setDefaultGatewayButton->setStyleSheet(QLatin1String(ButtonStyle));
-    ui->TestButton->setStyleSheet(QLatin1String(TestButtonStyle::idle()));
+    ui->TestButton->setStyleSheet(TestButtonStyle::idle());
     ui->lampLabel->setFixedSize(LampSize, LampSize);
     setLamp(LampIdle);
     setSwitchShowsDisabled(false);
@@ -186,7 +186,7 @@ void WiredPortPage::setLamp(Lamp lamp)
 
 void WiredPortPage::setTestRunning(bool running)
 {
-    ui->TestButton->setStyleSheet(QLatin1String(running ? TestButtonStyle::running() : TestButtonStyle::idle()));
+    ui->TestButton->setStyleSheet(running ? TestButtonStyle::running() : TestButtonStyle::idle());
 }
 
 void WiredPortPage::setNetworkLabel(const QString &text)

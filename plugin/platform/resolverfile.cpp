@@ -65,6 +65,30 @@ QString ResolverFile::replaced(const QString &text, const QString &tag, int role
     return lines.join(LineBreak);
 }
 
+QString ResolverFile::lastServer(const QString &text, const QString &tag)
+{
+    QString found = QStringLiteral("0.0.0.0");
+    for (const QString &line : text.split(LineBreak)) {
+        if (!belongsTo(line, tag))
+            continue;
+        const QStringList words = line.split(QLatin1Char(' '));
+        if (words.size() >= 2)
+            found = words.at(1);
+    }
+    return found;
+}
+
+QString ResolverFile::ownerFirst(const QString &text, const QString &tag)
+{
+    QStringList owned;
+    QStringList others;
+    for (const QString &line : text.split(LineBreak))
+        (belongsTo(line, tag) ? owned : others).append(line);
+    if (owned.isEmpty())
+        return QString();
+    return (owned + others).join(LineBreak);
+}
+
 const char ResolverFile::Path[] = "/etc/resolv.conf";
 const char ResolverFile::BackupPath[] = "/etc/resolvbak.conf";
 
@@ -123,4 +147,23 @@ void ResolverFile::rewrite(QFile &file, const QString &tag, int role, const QStr
     // would hold cp until its bound.
     if (usable)
         runCommand(CommandText("cp /etc/resolv.conf /etc/resolvbak.conf"));
+}
+
+bool ResolverFile::putFirst(const QString &tag)
+{
+    QFile file(PanelRoot::path(QString::fromLatin1(Path)));
+    // Only a plain file: a folder cannot be opened, a FIFO would block.
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadWrite | QIODevice::Text))
+        return false;
+    const QString text = readText(file);
+    file.close();
+    const QString updated = ownerFirst(text, tag);
+    if (updated.isEmpty())
+        return false;
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Text))
+        return false;
+    file.write(bytes(updated));
+    file.close();
+    runCommand(CommandText("cp /etc/resolv.conf /etc/resolvbak.conf"));
+    return true;
 }

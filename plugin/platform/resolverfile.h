@@ -41,6 +41,15 @@ public:
     static QString replaced(const QString &text, const QString &tag, int role,
                             const QString &newLine);
 
+    // Second word of the last line of `tag` that has one, or "0.0.0.0".
+    // A link that keeps a single server (the 4G modem) shows that one.
+    static QString lastServer(const QString &text, const QString &tag);
+
+    // `text` with the lines of `tag` before all others, each group in file
+    // order, joined by "\n" with none after the last line. Empty when `tag`
+    // owns no line: there is nothing to put first.
+    static QString ownerFirst(const QString &text, const QString &tag);
+
     // The text of an opened file, byte for byte: read as Latin-1 so that
     // bytes that are not UTF-8 survive a rewrite unchanged. Empty for a file
     // larger than MaxFileSize.
@@ -59,6 +68,13 @@ public:
     // replaced()); a file that cannot be read counts as empty, one that
     // cannot be written stays as it was. Then refreshes the backup copy.
     static void rewrite(QFile &file, const QString &tag, int role, const QString &server);
+
+    // Puts the name servers of `tag` first in the system's resolver file so
+    // that the chosen default adapter's servers are asked first, then
+    // refreshes the backup copy. A file that cannot be opened, or that has
+    // no line of `tag`, stays as it is and no backup is made. True when the
+    // file was rewritten.
+    static bool putFirst(const QString &tag);
 
 private:
     static int lineOf(const QStringList &lines, const QString &tag, int role);

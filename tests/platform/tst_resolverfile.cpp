@@ -110,6 +110,57 @@ private slots:
         QCOMPARE(ResolverFile::server(text, QStringLiteral("eth1"), ResolverFile::First),
                  QStringLiteral("7.7.7.7"));
     }
+    void lastServer_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("tag");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("two lines: the second") << QStringLiteral("nameserver 1.1.1.1 # ppp0\nnameserver 2.2.2.2 # ppp0")
+                                               << QStringLiteral("ppp0") << QStringLiteral("2.2.2.2");
+        QTest::newRow("one line") << QStringLiteral("nameserver 9.9.9.9 # eth0\nnameserver 3.3.3.3 # ppp0\n")
+                                  << QStringLiteral("ppp0") << QStringLiteral("3.3.3.3");
+        QTest::newRow("none") << ThreeLines << QStringLiteral("ppp0") << QStringLiteral("0.0.0.0");
+        QTest::newRow("tag at the start is not a line of it") << QStringLiteral("ppp0 1.2.3.4")
+                                                              << QStringLiteral("ppp0") << QStringLiteral("0.0.0.0");
+        QTest::newRow("one word lines are passed over") << QStringLiteral("nameserver 4.4.4.4 # ppp0\nxppp0")
+                                                        << QStringLiteral("ppp0") << QStringLiteral("4.4.4.4");
+        QTest::newRow("empty") << QString() << QStringLiteral("ppp0") << QStringLiteral("0.0.0.0");
+    }
+
+    void lastServer()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, tag);
+        QFETCH(QString, expected);
+        QCOMPARE(ResolverFile::lastServer(text, tag), expected);
+    }
+
+    void ownerFirst_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("tag");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("wlan0 to the top") << ThreeLines << QStringLiteral("wlan0")
+                                          << QStringLiteral("nameserver 8.8.8.8 # wlan0\n"
+                                                            "nameserver 10.0.0.1 # eth0\n"
+                                                            "nameserver 10.0.0.2 # eth0");
+        QTest::newRow("already first") << ThreeLines << QStringLiteral("eth0") << ThreeLines;
+        QTest::newRow("groups keep their order")
+            << QStringLiteral("a # eth0\nb # ppp0\nc # eth1\nd # ppp0\n")
+            << QStringLiteral("ppp0") << QStringLiteral("b # ppp0\nd # ppp0\na # eth0\nc # eth1\n");
+        QTest::newRow("no line of the tag") << ThreeLines << QStringLiteral("ppp0") << QString();
+        QTest::newRow("tag at position 0 only") << QStringLiteral("eth1 x\nnameserver 1.1.1.1 # eth0")
+                                                << QStringLiteral("eth1") << QString();
+        QTest::newRow("empty text") << QString() << QStringLiteral("eth0") << QString();
+    }
+
+    void ownerFirst()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, tag);
+        QFETCH(QString, expected);
+        QCOMPARE(ResolverFile::ownerFirst(text, tag), expected);
+    }
 };
 
 PANEL_TEST_MAIN(TestResolverFile)

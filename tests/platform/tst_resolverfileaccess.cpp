@@ -118,6 +118,47 @@ private slots:
         ResolverFile::rewrite(file, QStringLiteral("eth0"), ResolverFile::First, QStringLiteral("4.4.4.4"));
         QCOMPARE(panel.readFile(Resolver), QByteArray("nameserver 4.4.4.4 # eth0"));
     }
+    void putFirstRewritesAndBacksUp()
+    {
+        TestPanel panel;
+        QVERIFY(panel.writeFile(Resolver, "nameserver 1.1.1.1 # eth0\nnameserver 2.2.2.2 # ppp0\n"));
+        QVERIFY(panel.writeFile(Backup, "old"));
+        QVERIFY(ResolverFile::putFirst(QStringLiteral("ppp0")));
+        const QByteArray expected("nameserver 2.2.2.2 # ppp0\nnameserver 1.1.1.1 # eth0\n");
+        QCOMPARE(panel.readFile(Resolver), expected);
+        QCOMPARE(panel.readFile(Backup), expected);
+    }
+
+    // No line of the chosen adapter: neither the file nor its backup changes.
+    void putFirstWithoutOwnLine()
+    {
+        TestPanel panel;
+        const QByteArray text("nameserver 1.1.1.1 # eth0\n");
+        QVERIFY(panel.writeFile(Resolver, text));
+        QVERIFY(panel.writeFile(Backup, "old"));
+        QVERIFY(!ResolverFile::putFirst(QStringLiteral("wlan0")));
+        QCOMPARE(panel.readFile(Resolver), text);
+        QCOMPARE(panel.readFile(Backup), QByteArray("old"));
+    }
+
+    void putFirstOnMissingFolderOrFifo()
+    {
+        TestPanel panel;
+        QVERIFY(panel.writeFile(Backup, "old"));
+        QVERIFY(panel.removeFile(Resolver));
+        QVERIFY(!ResolverFile::putFirst(QStringLiteral("eth0")));
+        QVERIFY(!QFileInfo::exists(panel.path(Resolver)));
+        QVERIFY(QDir().mkpath(panel.path(Resolver)));
+        QVERIFY(!ResolverFile::putFirst(QStringLiteral("eth0")));
+        QVERIFY(QFileInfo(panel.path(Resolver)).isDir());
+        QVERIFY(QDir().rmdir(panel.path(Resolver)));
+        QVERIFY(::mkfifo(QFile::encodeName(panel.path(Resolver)).constData(), 0600) == 0);
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(!ResolverFile::putFirst(QStringLiteral("eth0")));
+        QVERIFY(clock.elapsed() < 1000);
+        QCOMPARE(panel.readFile(Backup), QByteArray("old"));
+    }
 };
 
 PANEL_TEST_MAIN(TestResolverFileAccess)

@@ -1,0 +1,44 @@
+#include "addressregister.h"
+
+#include "sysreg.h"
+
+#include <QStringList>
+
+QString AddressRegister::dotted(const unsigned char bytes[Size])
+{
+    QStringList parts;
+    for (unsigned i = 0; i < Size; i += 2)
+        parts << QString::number(unsigned(bytes[i]) | unsigned(bytes[i + 1]) << 8);
+    return parts.join(QLatin1Char('.'));
+}
+
+void AddressRegister::pack(const QString &text, unsigned char bytes[Size])
+{
+    const QStringList parts = text.split(QLatin1Char('.'));
+    for (unsigned i = 0; i < Size / 2; ++i) {
+        bool ok = false;
+        const ushort value = parts.value(int(i)).toUShort(&ok);
+        bytes[2 * i] = ok ? value & 0xffu : 0;
+        bytes[2 * i + 1] = ok ? value >> 8 : 0;
+    }
+}
+
+QString AddressRegister::read(unsigned index)
+{
+    unsigned char bytes[Size] = {};
+    SysReg_Read(index, bytes);
+    return dotted(bytes);
+}
+
+void AddressRegister::write(unsigned index, const QString &text)
+{
+    unsigned char bytes[Size] = {};
+    pack(text, bytes);
+    SysReg_WriteNotify(index, bytes, Size);
+}
+
+void AddressRegister::clear(unsigned index)
+{
+    const unsigned char bytes[Size] = {};
+    SysReg_WriteNotify(index, bytes, Size);
+}
