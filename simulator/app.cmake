@@ -10,7 +10,6 @@ add_executable(panel-simulator
   ${PANEL_SIMULATOR_DIR}/simulatorapp.h ${PANEL_SIMULATOR_DIR}/simulatorapp.cpp
   ${PANEL_SIMULATOR_DIR}/panelenvironment.h ${PANEL_SIMULATOR_DIR}/panelenvironment.cpp
   ${PANEL_SIMULATOR_DIR}/pluginhost.h ${PANEL_SIMULATOR_DIR}/pluginhost.cpp
-  ${PANEL_SIMULATOR_DIR}/registerreader.h ${PANEL_SIMULATOR_DIR}/registerreader.cpp
   ${PANEL_SIMULATOR_DIR}/fifowatcher.h ${PANEL_SIMULATOR_DIR}/fifowatcher.cpp
   ${PANEL_SIMULATOR_DIR}/calllogwatcher.h ${PANEL_SIMULATOR_DIR}/calllogwatcher.cpp
   ${PANEL_SIMULATOR_DIR}/hostsession.h ${PANEL_SIMULATOR_DIR}/hostsession.cpp
@@ -31,11 +30,14 @@ add_executable(panel-simulator
   ${PANEL_SIMULATOR_DIR}/networklab.h ${PANEL_SIMULATOR_DIR}/networklab.cpp
   ${PANEL_SIMULATOR_DIR}/outernetwork.h ${PANEL_SIMULATOR_DIR}/outernetwork.cpp
   ${PANEL_SIMULATOR_DIR}/pingwatch.h ${PANEL_SIMULATOR_DIR}/pingwatch.cpp
+  ${PANEL_SIMULATOR_DIR}/linkinterfaces.h ${PANEL_SIMULATOR_DIR}/linkinterfaces.cpp
+  ${PANEL_SIMULATOR_DIR}/linkcontrols.h ${PANEL_SIMULATOR_DIR}/linkcontrols.cpp
+  ${PANEL_SIMULATOR_DIR}/linkpagedriver.h ${PANEL_SIMULATOR_DIR}/linkpagedriver.cpp
 )
 target_include_directories(panel-simulator PRIVATE
   ${PANEL_SIMULATOR_DIR}
   ${PROJECT_SOURCE_DIR}/plugin/include)
-target_link_libraries(panel-simulator PRIVATE panelkit Qt5::Core Qt5::Gui Qt5::Widgets)
+target_link_libraries(panel-simulator PRIVATE panelkit hostlinks Qt5::Core Qt5::Gui Qt5::Widgets)
 
 # --real-network starts the simulator in the test suite's network lab.
 target_compile_definitions(panel-simulator PRIVATE

@@ -1,4 +1,5 @@
 #include "controlwindow.h"
+#include "linkcontrols.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -19,7 +20,9 @@ ControlWindow::ControlWindow(const QString &root, const QString &pluginPath, QWi
     , m_pluginPath(pluginPath)
     , m_log(new QPlainTextEdit(this))
     , m_outer(new QCheckBox(tr("Outer network answers"), this))
+    , m_links(new LinkControls(this))
 {
+    connect(m_links, &LinkControls::command, this, &ControlWindow::hostCommand);
     setWindowTitle(tr("Panel simulator: host side"));
     setPanelRoot(root);
     m_where->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -43,8 +46,9 @@ ControlWindow::ControlWindow(const QString &root, const QString &pluginPath, QWi
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_where);
     layout->addWidget(m_log, 1);
+    layout->addWidget(m_links);
     layout->addLayout(buttons);
-    resize(520, 420);
+    resize(560, 560);
 }
 
 void ControlWindow::placeBeside(const QSize &panelSize)

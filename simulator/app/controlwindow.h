@@ -5,6 +5,7 @@
 #include <QString>
 #include <QWidget>
 
+class LinkControls;
 class QCheckBox;
 class QLabel;
 class QPlainTextEdit;
@@ -13,7 +14,8 @@ class QPlainTextEdit;
 // (notifications with their values, commands the plug-in ran), where the
 // simulated panel lives, and buttons to show (or, once deleted, recreate)
 // the settings window the way the runtime would, and to quit; a switch
-// makes the world beyond the panel answer the outer-network test or not.
+// makes the world beyond the panel answer the outer-network test or not,
+// and the host links' controls change what its WLAN, 4G and VPN do next.
 class ControlWindow : public QWidget
 {
     Q_OBJECT
@@ -35,6 +37,7 @@ signals:
     void openSettingsRequested();
     void quitRequested();
     void outerNetworkToggled(bool up);
+    void hostCommand(const QString &command);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -44,6 +47,7 @@ private:
     QString m_pluginPath;
     QPlainTextEdit *m_log;
     QCheckBox *m_outer;
+    LinkControls *m_links;
 };
 
 #endif // CONTROLWINDOW_H

@@ -1,6 +1,7 @@
 #include "hostsession.h"
 #include "calllogwatcher.h"
 #include "fifowatcher.h"
+#include "hostlinks.h"
 #include "networkactivity.h"
 #include "panelactivity.h"
 #include "routetablewatcher.h"
@@ -30,8 +31,10 @@ HostSession::HostSession(const QString &root, const QString &realIp, QObject *pa
     , m_localreg(new FifoWatcher(root + QStringLiteral("/tmp/fifo_localreg"), 12, this))
     , m_calls(new CallLogWatcher(SimulatedPanel::callLogPath(root), this))
     , m_routes(new RouteTableWatcher(SimulatedPanel::routeTablePath(root), realIp, this))
+    , m_links(new HostLinks(root, this))
     , m_tablePollMs(realIp.isEmpty() ? StandInTablePollMs : LabTablePollMs)
 {
+    connect(m_links, &HostLinks::logLine, this, &HostSession::logLine);
     connect(m_routes, &RouteTableWatcher::tableChanged, this, &HostSession::onRoutesChanged);
     connect(m_sysreg, &FifoWatcher::messageReceived, this, &HostSession::onRegisterMessage);
     connect(m_localreg, &FifoWatcher::messageReceived, this, &HostSession::onLocalMessage);
@@ -43,6 +46,7 @@ bool HostSession::start(QString *error)
     if (!m_sysreg->open(error) || !m_localreg->open(error))
         return false;
     m_calls->start();
+    m_links->start();
     m_routes->check();
     m_routes->start(m_tablePollMs);
     return true;
@@ -70,6 +74,7 @@ void HostSession::onRegisterMessage(const QByteArray &message)
     flush();
     const quint32 index = wordAt(message, 0);
     emit logLine(m_registers.describeRegister(index));
+    m_links->notify(index);
     if (index == WindowOpenRegister)
         closeWindowIfReleased();
 }

@@ -11,6 +11,7 @@
 
 class CallLogWatcher;
 class FifoWatcher;
+class HostLinks;
 class RouteTableWatcher;
 
 // The host application's side of a running settings window: it reads the
@@ -18,7 +19,8 @@ class RouteTableWatcher;
 // FIFOs, reports each with the value now stored, reports every command the
 // plug-in ran with what it meant at the panel, the panel's routing table
 // whenever it changed, and closes and deletes the window when register 86 (window
-// open) goes to 0, as the HMI runtime does.
+// open) goes to 0, as the HMI runtime does. Its WLAN, 4G and VPN links
+// answer the pages' requests.
 class HostSession : public QObject
 {
     Q_OBJECT
@@ -34,6 +36,7 @@ public:
     bool start(QString *error);
     void adoptWindow(QDialog *window);
     QDialog *window() const { return m_window; }
+    HostLinks *links() const { return m_links; }
     // Reports commands logged since the last poll.
     void flush();
 
@@ -55,6 +58,7 @@ private:
     FifoWatcher *m_localreg = nullptr;
     CallLogWatcher *m_calls = nullptr;
     RouteTableWatcher *m_routes = nullptr;
+    HostLinks *m_links = nullptr;
     int m_tablePollMs;
     bool m_routeCheckDue = false;
     QPointer<QDialog> m_window;

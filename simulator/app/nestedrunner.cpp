@@ -86,6 +86,9 @@ void NestedRunner::showControlWindow()
     connect(m_control, &ControlWindow::outerNetworkToggled, this, [this](bool up) {
         m_child.send(QLatin1String(up ? CommandReader::OuterUpCommand : CommandReader::OuterDownCommand));
     });
+    connect(m_control, &ControlWindow::hostCommand, this, [this](const QString &command) {
+        m_child.send(command);
+    });
     m_control->setOuterNetworkUp(m_options.outerNetworkUp);
     m_control->placeBeside(m_size);
     m_control->show();

@@ -1,4 +1,5 @@
 #include "screenshotpass.h"
+#include "hostlinks.h"
 #include "scriptrunner.h"
 #include "simulatoroptions.h"
 #include "windowdriver.h"
@@ -13,6 +14,19 @@ namespace {
 const QString NetworkSettle = QStringLiteral("wait=50");
 // Between the other steps of the network states.
 const int NetworkStepDelayMs = 50;
+
+// The host's links answer after this in the pass: long enough to shoot
+// the "connecting" states first, short enough for four languages and sizes.
+const int LinkAnswerMs = 1500;
+// The pages poll their registers once a second.
+const QString PageTick = QStringLiteral("wait=1200");
+const QString LinkAnswered = QStringLiteral("wait=2000");
+// Networks of the host's scan, one per language: a password saved by the
+// first connection would skip the dialog for the second.
+const QString NetworkZh = QStringLiteral("Lab_5G");
+const QString PasswordZh = QStringLiteral("lab5g-test");
+const QString NetworkEn = QStringLiteral("TAVRO-Office");
+const QString PasswordEn = QStringLiteral("tavro2024");
 
 QString portsName(int wiredPorts)
 {
@@ -82,9 +96,54 @@ QStringList ScreenshotPass::networkScript(const QString &dir, const QSize &panel
     return steps;
 }
 
+QStringList ScreenshotPass::linkStates()
+{
+    return {QStringLiteral("wlan-main"), QStringLiteral("wlan-search"), QStringLiteral("wlan-password"),
+            QStringLiteral("wlan-keyboard"), QStringLiteral("wlan-keyboard-caps"), QStringLiteral("wlan-online"),
+            QStringLiteral("wlan-online-main"), QStringLiteral("4g-connecting"), QStringLiteral("4g-connected"),
+            QStringLiteral("vpn-prepare"), QStringLiteral("vpn-ok")};
+}
+
+bool ScreenshotPass::hasLinkShots(const QSize &panelSize, int wiredPorts)
+{
+    return wiredPorts == 2 && (panelSize == QSize(800, 480) || panelSize == QSize(1920, 1080));
+}
+
+QStringList ScreenshotPass::linkScript(const QString &dir, const QSize &panelSize)
+{
+    QStringList steps;
+    for (const QString &language : WindowDriver::languageNames()) {
+        auto shot = [&](const char *state) {
+            return QStringList{NetworkSettle, QStringLiteral("shot=") + fileName(dir, panelSize,
+                                                                                 QStringLiteral("link-") + QLatin1String(state),
+                                                                                 language)};
+        };
+        const bool zh = language == QLatin1String("zh");
+        steps << language << QStringLiteral("network") << QStringLiteral("wlan") << PageTick << shot("wlan-main");
+        steps << QStringLiteral("wlan-search") << QStringLiteral("wlan-scan") << PageTick << shot("wlan-search");
+        steps << QStringLiteral("wlan-pick=") + (zh ? NetworkZh : NetworkEn) << shot("wlan-password");
+        steps << QStringLiteral("psw-keyboard") << shot("wlan-keyboard") << QStringLiteral("psw-caps")
+              << shot("wlan-keyboard-caps") << QStringLiteral("psw-caps");
+        steps << QStringLiteral("psw-type=") + (zh ? PasswordZh : PasswordEn) << QStringLiteral("psw-enter")
+              << QStringLiteral("psw-connect") << LinkAnswered << PageTick << shot("wlan-online");
+        steps << QStringLiteral("wlan") << shot("wlan-online-main") << QStringLiteral("wlan-drop");
+        steps << QStringLiteral("4g") << QStringLiteral("4g-on") << shot("4g-connecting") << LinkAnswered << PageTick
+              << shot("4g-connected") << QStringLiteral("4g-off");
+        steps << QStringLiteral("vpn") << QStringLiteral("vpn-on") << PageTick << shot("vpn-prepare") << LinkAnswered
+              << shot("vpn-ok") << QStringLiteral("vpn-off");
+    }
+    return steps;
+}
+
 void ScreenshotPass::playNetworkScript()
 {
-    auto *script = new ScriptRunner(networkScript(m_dir, m_size, m_ports), m_driver, this);
+    QStringList steps = networkScript(m_dir, m_size, m_ports);
+    if (hasLinkShots(m_size, m_ports) && m_links) {
+        m_links->setAnswerDelay(LinkAnswerMs);
+        steps << linkScript(m_dir, m_size);
+    }
+    auto *script = new ScriptRunner(steps, m_driver, this);
+    script->setHostLinks(m_links);
     connect(script, &ScriptRunner::screenshotSaved, this, &ScreenshotPass::saved);
     connect(script, &ScriptRunner::failed, this, &ScreenshotPass::failed);
     connect(script, &ScriptRunner::finished, this, &ScreenshotPass::finished);

@@ -7,6 +7,7 @@
 #include <QSize>
 #include <QString>
 
+class HostLinks;
 class WindowDriver;
 
 // Writes a PNG of the settings window for every page, and of the general
@@ -19,6 +20,9 @@ class WindowDriver;
 // and DHCP, the test lamp idle, running, succeeded (outer network up) and
 // failed (down), the result box still open over the last two. A panel with
 // one port gets only these (the other pages are the same as with two).
+// At 800x480 and 1920x1080 the panel with two ports also gets the WLAN, 4G
+// and VPN tabs with the host's links answering:
+// <dir>/<W>x<H>/link-<state>_<lang>.png (linkStates()).
 class ScreenshotPass : public QObject
 {
     Q_OBJECT
@@ -33,6 +37,11 @@ public:
     // The script that shows and shoots the network page's states in both
     // languages.
     static QStringList networkScript(const QString &dir, const QSize &panelSize, int wiredPorts);
+    // The WLAN, 4G and VPN states shot, in order, and the script that shows them.
+    static QStringList linkStates();
+    static bool hasLinkShots(const QSize &panelSize, int wiredPorts);
+    static QStringList linkScript(const QString &dir, const QSize &panelSize);
+    void setHostLinks(HostLinks *links) { m_links = links; }
 
     void start(int settleMs = 500);
 
@@ -55,6 +64,7 @@ private:
     QList<QPair<QString, QString>> m_shots;   // (language, page or dialog)
     int m_next = 0;
     int m_settleMs = 500;
+    HostLinks *m_links = nullptr;
 };
 
 #endif // SCREENSHOTPASS_H

@@ -1,4 +1,6 @@
 #include "scriptrunner.h"
+#include "hostlinks.h"
+#include "linkpagedriver.h"
 #include "outernetwork.h"
 #include "pingwatch.h"
 #include "windowdriver.h"
@@ -48,13 +50,21 @@ ScriptRunner::ScriptRunner(const QStringList &steps, WindowDriver *driver, QObje
     : QObject(parent)
     , m_steps(steps)
     , m_driver(driver)
+    , m_pages(new LinkPageDriver(driver))
 {
+}
+
+ScriptRunner::~ScriptRunner()
+{
+    delete m_pages;
 }
 
 QString ScriptRunner::syntax()
 {
     return QStringLiteral("general, network, version, zh, en, keypad, datetime, dismiss, eth0, eth1, static, dhcp, "
-                          "test, testresult, outer=up, outer=down, wait=MS, shot=FILE, close, quit");
+                          "test, testresult, outer=up, outer=down, wait=MS, shot=FILE, close, quit, ")
+        + LinkPageDriver::stepNames().join(QStringLiteral(", ")) + QStringLiteral(", ")
+        + HostLinks::commandNames().join(QStringLiteral(", "));
 }
 
 bool ScriptRunner::validate(const QStringList &steps, QString *error)
@@ -73,7 +83,8 @@ bool ScriptRunner::validate(const QStringList &steps, QString *error)
             || WindowDriver::languageNames().contains(step)
             || WindowDriver::dialogNames().contains(step) || step == QLatin1String("dismiss")
             || step == QLatin1String("close") || step == QLatin1String("quit")
-            || isNetworkStep(step) || parseWait(step, nullptr)
+            || isNetworkStep(step) || parseWait(step, nullptr) || LinkPageDriver::isStep(step)
+            || HostLinks::isCommand(step)
             || (step.startsWith(QLatin1String("shot=")) && step.size() > 5);
         if (!known) {
             *error = QStringLiteral("unknown script step \"%1\" (steps: %2)").arg(step, syntax());
@@ -155,6 +166,14 @@ bool ScriptRunner::runStep(const QString &step, int *pauseMs, QString *error)
         return m_driver->dismissDialog(error);
     if (isNetworkStep(step))
         return runNetworkStep(step, error);
+    if (LinkPageDriver::isStep(step))
+        return m_pages->run(step, error);
+    if (HostLinks::isCommand(step)) {
+        if (m_links)
+            return m_links->command(step, error);
+        *error = QStringLiteral("no host links to command");
+        return false;
+    }
     if (parseWait(step, pauseMs))
         return true;
     if (step.startsWith(QLatin1String("shot="))) {

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+class HostLinks;
+class LinkPageDriver;
 class WindowDriver;
 
 // Plays a short script against the settings window, one step every
@@ -23,6 +25,10 @@ class WindowDriver;
 //   outer=up | outer=down         make the world beyond the panel answer or not
 //   wait=MS                       pause
 //   shot=FILE                     write a PNG of the window
+//   wlan, 4g, vpn, wlan-search, wlan-scan, wlan-pick=NAME, psw-..., 4g-on,
+//   vpn-on, vpn-region=N ...      the WLAN, 4G and VPN tabs (LinkPageDriver)
+//   wlan-password-wrong, wlan-drop, 4g-drop, vpn-drop, signal=NN,
+//   scan-add=NAME ...             what the host's links do next (HostLinks)
 //   close                         press the window's close button
 //   quit                          end the simulator (exit status 0)
 class ScriptRunner : public QObject
@@ -31,6 +37,9 @@ class ScriptRunner : public QObject
 
 public:
     ScriptRunner(const QStringList &steps, WindowDriver *driver, QObject *parent = nullptr);
+    ~ScriptRunner() override;
+    // The host whose links the host steps command; without it they fail.
+    void setHostLinks(HostLinks *links) { m_links = links; }
 
     // Checks a script before anything starts; false with a message.
     static bool validate(const QStringList &steps, QString *error);
@@ -55,6 +64,8 @@ private:
 
     QStringList m_steps;
     WindowDriver *m_driver;
+    LinkPageDriver *m_pages;
+    HostLinks *m_links = nullptr;
     int m_next = 0;
     int m_stepDelayMs = 300;
     QElapsedTimer m_pingClock;

@@ -1,8 +1,10 @@
 #include "simulatorapp.h"
 #include "commandreader.h"
 #include "controlwindow.h"
+#include "hostlinks.h"
 #include "hostsession.h"
 #include "interrupthandler.h"
+#include "linkinterfaces.h"
 #include "networklab.h"
 #include "outernetwork.h"
 #include "screenshotpass.h"
@@ -76,6 +78,12 @@ bool SimulatorApp::prepare(QString *error)
                                 m_options.inNetworkLab ? NetworkLab::realTool(QStringLiteral("ip")) : QString(), this);
     connect(m_session, &HostSession::logLine, this, &SimulatorApp::report);
     connect(m_session, &HostSession::windowDeleted, this, &SimulatorApp::onWindowDeleted);
+    if (m_options.inNetworkLab) {
+        m_session->links()->useLabAddresses();
+        m_labLinks = new LinkInterfaces(NetworkLab::realTool(QStringLiteral("ip")), this);
+        connect(m_labLinks, &LinkInterfaces::logLine, this, &SimulatorApp::report);
+        connect(m_session->links(), &HostLinks::interfaceChanged, m_labLinks, &LinkInterfaces::apply);
+    }
     if (!m_session->start(error))
         return false;
     if (m_mode == SimulatorOptions::Mode::Interactive) {
@@ -83,6 +91,7 @@ bool SimulatorApp::prepare(QString *error)
         connect(m_control, &ControlWindow::openSettingsRequested, this, &SimulatorApp::openWindow);
         connect(m_control, &ControlWindow::quitRequested, this, [this]() { finish(0); });
         connect(m_control, &ControlWindow::outerNetworkToggled, this, &SimulatorApp::setOuterNetwork);
+        connect(m_control, &ControlWindow::hostCommand, this, &SimulatorApp::runHostCommand);
         m_control->setOuterNetworkUp(m_options.outerNetworkUp);
         m_control->placeBeside(m_size);
         m_control->show();
@@ -152,6 +161,7 @@ void SimulatorApp::startMode()
 {
     if (m_mode == SimulatorOptions::Mode::Script) {
         auto *script = new ScriptRunner(m_options.script, &m_driver, this);
+        script->setHostLinks(m_session->links());
         connect(script, &ScriptRunner::closePressed, this, &SimulatorApp::onClosePressed);
         connect(script, &ScriptRunner::quitRequested, this, [this]() { finish(0); });
         connect(script, &ScriptRunner::screenshotSaved, this, &SimulatorApp::report);
@@ -159,6 +169,7 @@ void SimulatorApp::startMode()
         script->start();
     } else if (m_mode == SimulatorOptions::Mode::ScreenshotPass) {
         auto *pass = new ScreenshotPass(&m_driver, m_options.screenshotDir, m_size, m_options.wiredPorts, this);
+        pass->setHostLinks(m_session->links());
         connect(pass, &ScreenshotPass::saved, this, [](const QString &path) { printLogLine(path); });
         connect(pass, &ScreenshotPass::failed, this, &SimulatorApp::fail);
         connect(pass, &ScreenshotPass::finished, this, [this]() { finish(0); });
@@ -193,6 +204,8 @@ void SimulatorApp::onCommand(const QString &command)
     else if (command == QLatin1String(CommandReader::OuterUpCommand)
              || command == QLatin1String(CommandReader::OuterDownCommand))
         setOuterNetwork(command == QLatin1String(CommandReader::OuterUpCommand));
+    else if (HostLinks::isCommand(command))
+        runHostCommand(command);
     else
         report(QStringLiteral("unknown command \"%1\"").arg(command));
 }
@@ -204,6 +217,13 @@ void SimulatorApp::setOuterNetwork(bool up)
         report(QStringLiteral("outer network now %1").arg(QLatin1String(up ? "up" : "down")));
     else
         report(error);
+}
+
+void SimulatorApp::runHostCommand(const QString &command)
+{
+    QString error;
+    if (!m_session || !m_session->links()->command(command, &error))
+        report(error.isEmpty() ? QStringLiteral("no host session for \"%1\"").arg(command) : error);
 }
 
 void SimulatorApp::report(const QString &line)

@@ -14,6 +14,7 @@ class CommandReader;
 class ControlWindow;
 class HostSession;
 class InterruptHandler;
+class LinkInterfaces;
 
 // One simulated panel with one settings window, in this process: builds
 // the panel, loads the plug-in, plays the host side and then, by mode,
@@ -38,6 +39,7 @@ private slots:
     void onCloseOverdue();
     void onCommand(const QString &command);
     void setOuterNetwork(bool up);
+    void runHostCommand(const QString &command);
     void finish(int status);
     void fail(const QString &error);
 
@@ -59,6 +61,7 @@ private:
     ControlWindow *m_control = nullptr;
     CommandReader *m_commands = nullptr;
     InterruptHandler *m_interrupt = nullptr;
+    LinkInterfaces *m_labLinks = nullptr;
     QTimer m_closeWatchdog;
     bool m_finishing = false;
     bool m_resolverCovered = false;

@@ -250,10 +250,22 @@ bool WindowDriver::saveImage(const QString &file, QString *error)
         return false;
     }
     QPixmap pixmap = m_window->grab();
-    if (QDialog *dialog = topDialog()) {
-        QPainter painter(&pixmap);
-        painter.drawPixmap(dialog->mapToGlobal(QPoint()) - m_window->mapToGlobal(QPoint()), dialog->grab());
+    // Windows of the pages over it (the WLAN password dialog and its
+    // keyboard, message boxes) where they stand, the modal one on top.
+    QList<QWidget *> over;
+    for (QWidget *widget : m_window->findChildren<QWidget *>()) {
+        if (widget->isWindow() && widget->isVisible())
+            over << widget;
     }
+    QDialog *modal = topDialog();
+    if (modal && !over.contains(modal))
+        over << modal;
+    if (modal)
+        over.move(over.indexOf(modal), over.size() - 1);
+    QPainter painter(&pixmap);
+    for (QWidget *widget : qAsConst(over))
+        painter.drawPixmap(widget->mapToGlobal(QPoint()) - m_window->mapToGlobal(QPoint()), widget->grab());
+    painter.end();
     if (pixmap.isNull() || !pixmap.save(file, "PNG")) {
         *error = QStringLiteral("cannot write %1").arg(file);
         return false;
