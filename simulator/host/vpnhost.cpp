@@ -40,7 +40,8 @@ void VpnHost::onRequest(unsigned index)
     if (index != Switch)
         return;
     const bool on = m_registers->flag(Switch);
-    if (on && !m_on) {
+    // After a drop the page's off and on may both be read as on.
+    if (on && (!m_on || m_dropped)) {
         m_on = true;
         m_region = m_registers->number(Region);
         join();
@@ -52,6 +53,7 @@ void VpnHost::onRequest(unsigned index)
 
 void VpnHost::join()
 {
+    m_dropped = false;
     report(QStringLiteral("joining the %1; connected in %2 ms").arg(regionName(m_region)).arg(answerDelay()));
     store(Status, Preparing, QStringLiteral("prepare to connect"));
     answerLater();
@@ -80,4 +82,5 @@ void VpnHost::drop()
         return;
     }
     leave(QStringLiteral("link dropped (the network went away); switch the VPN off and on to join again"));
+    m_dropped = true;
 }

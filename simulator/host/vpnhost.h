@@ -33,6 +33,7 @@ private:
     void leave(const QString &why);
 
     bool m_on = false;
+    bool m_dropped = false;
     quint64 m_region = 0;
 };
 
