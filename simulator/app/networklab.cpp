@@ -137,6 +137,8 @@ QString NetworkLab::runInLab(const QStringList &arguments, int *status)
         ::setpgid(0, 0);
         ::unsetenv("CI");
         ::setenv("PATH", path.constData(), 1);
+        // The host's WLAN and 4G links get their interfaces in the lab.
+        ::setenv("NETLAB_LINKS", "wlan0 ppp0", 1);
         ::execv(argv.front(), argv.data());
         const int error = errno;
         ssize_t written = ::write(execFailure[1], &error, sizeof error);

@@ -7,7 +7,8 @@
 // The private network lab the simulator can run in (--real-network), made
 // by the test suite's runner (tests/support/netlab/run-in-netlab): PID,
 // mount and network namespaces of their own, eth0 and eth1 as veth links to
-// a far side with a DHCP and DNS server, all removed when the simulator
+// a far side with a DHCP and DNS server, wlan0 and ppp0 as veth links for
+// the host's WLAN and 4G (LinkInterfaces), all removed when the simulator
 // ends. Inside it the real network tools run; outside it they never do.
 class NetworkLab
 {
