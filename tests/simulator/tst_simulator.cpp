@@ -37,6 +37,30 @@ QStringList networkStates(int ports)
     return states;
 }
 
+// The WLAN, 4G and VPN states the pass shoots at 800x480 and 1920x1080,
+// with pairs that must look different: each step changed what is shown.
+const QStringList kLinkStates = {
+    QStringLiteral("wlan-main"), QStringLiteral("wlan-search"), QStringLiteral("wlan-password"),
+    QStringLiteral("wlan-keyboard"), QStringLiteral("wlan-keyboard-caps"), QStringLiteral("wlan-online"),
+    QStringLiteral("wlan-online-main"), QStringLiteral("4g-connecting"), QStringLiteral("4g-connected"),
+    QStringLiteral("vpn-prepare"), QStringLiteral("vpn-ok"),
+};
+const QList<QPair<QString, QString>> kLinkChanges = {
+    {QStringLiteral("wlan-main"), QStringLiteral("wlan-search")},
+    {QStringLiteral("wlan-search"), QStringLiteral("wlan-password")},
+    {QStringLiteral("wlan-password"), QStringLiteral("wlan-keyboard")},
+    {QStringLiteral("wlan-keyboard"), QStringLiteral("wlan-keyboard-caps")},
+    {QStringLiteral("wlan-search"), QStringLiteral("wlan-online")},
+    {QStringLiteral("wlan-main"), QStringLiteral("wlan-online-main")},
+    {QStringLiteral("4g-connecting"), QStringLiteral("4g-connected")},
+    {QStringLiteral("vpn-prepare"), QStringLiteral("vpn-ok")},
+};
+
+bool hasLinkShots(const QSize &size)
+{
+    return size == QSize(800, 480) || size == QSize(1920, 1080);
+}
+
 // The smallest rectangle holding every pixel in which the two differ.
 QRect differenceBox(const QImage &a, const QImage &b)
 {
@@ -116,6 +140,7 @@ private slots:
 private:
     void checkScreenshots(const QString &dir, const QList<QSize> &sizes, const QStringList &printed);
     void checkNetworkScreenshots(const QString &sizeDir, const QSize &size, QStringList *expected);
+    void checkLinkScreenshots(const QString &sizeDir, const QSize &size, QStringList *expected);
     void requireDesktop(bool withXephyr);
 
     // A desktop larger than the panel, as a user's would be.
@@ -178,6 +203,8 @@ void TestSimulator::checkScreenshots(const QString &dir, const QList<QSize> &siz
             }
         }
         checkNetworkScreenshots(sizeDir, size, &expected);
+        if (hasLinkShots(size))
+            checkLinkScreenshots(sizeDir, size, &expected);
     }
     for (const QString &file : qAsConst(expected))
         QVERIFY2(printed.contains(file), qPrintable(file + QStringLiteral(" not printed")));
@@ -237,6 +264,33 @@ void TestSimulator::checkNetworkScreenshots(const QString &sizeDir, const QSize 
         const QImage zh(QStringLiteral("%1/%2_zh.png").arg(sizeDir, state));
         const QImage en(QStringLiteral("%1/%2_en.png").arg(sizeDir, state));
         QVERIFY2(zh != en, qPrintable(state + QStringLiteral(": Chinese and English look the same")));
+    }
+}
+
+// The WLAN, 4G and VPN tabs with the host's links answering, in both
+// languages: every state at the panel's size, each step visible.
+void TestSimulator::checkLinkScreenshots(const QString &sizeDir, const QSize &size, QStringList *expected)
+{
+    QHash<QString, QImage> shot;
+    for (const QString &language : kLanguages) {
+        for (const QString &state : kLinkStates) {
+            const QString file = QStringLiteral("%1/link-%2_%3.png").arg(sizeDir, state, language);
+            *expected << file;
+            const QImage image(file);
+            QVERIFY2(!image.isNull(), qPrintable(file));
+            QCOMPARE(image.size(), size);
+            QVERIFY2(distinctColours(image) >= 8, qPrintable(file + QStringLiteral(" is nearly uniform")));
+            shot.insert(state + language, image);
+        }
+        for (const auto &change : kLinkChanges) {
+            QVERIFY2(shot.value(change.first + language) != shot.value(change.second + language),
+                     qPrintable(QStringLiteral("%1 looks like %2 (%3, %4)")
+                                    .arg(change.second, change.first, language, sizeDir)));
+        }
+    }
+    for (const QString &state : kLinkStates) {
+        QVERIFY2(shot.value(state + QStringLiteral("zh")) != shot.value(state + QStringLiteral("en")),
+                 qPrintable(state + QStringLiteral(": Chinese and English look the same")));
     }
 }
 

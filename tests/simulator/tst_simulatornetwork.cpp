@@ -40,6 +40,8 @@ private slots:
     void realNetworkOrItsFallback();
     void noRealToolsOutsideALab();
     void logWindowSwitchesTheOuterNetwork();
+    void hostLinksBringTheirInterfacesInTheLab();
+    void hostCommandsFromTheLogWindow();
 };
 
 // With the stand-ins: what each command meant, the table after each change
@@ -170,6 +172,47 @@ void TestSimulatorNetwork::logWindowSwitchesTheOuterNetwork()
     QVERIFY(process.waitForFinished(20000));
     QCOMPARE(process.exitCode(), 0);
     QDir(root).removeRecursively();
+}
+
+// Inside the lab the host's 4G and WLAN links give ppp0 and wlan0 the
+// addresses they report, and the kernel's table shows their subnets.
+void TestSimulatorNetwork::hostLinksBringTheirInterfacesInTheLab()
+{
+    const Run run = runSimulator({QStringLiteral("--real-network"), QStringLiteral("--script"),
+                                  QStringLiteral("network,4g,4g-on,wait=2500,scan-add=Open-Lab,wlan,wlan-search,"
+                                                 "wlan-scan,wait=1500,wlan-pick=Open-Lab,wait=3000,4g-off,wait=1500,quit")},
+                                 90000);
+    if (run.out.filter(QRegularExpression(QStringLiteral("^real network unavailable"))).size() == 1)
+        QSKIP("no network lab here");
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    const int ppp = indexOfLine(run.out, QStringLiteral("lab: ppp0 up with 10.80.0.7/24"));
+    const int wlan = indexOfLine(run.out, QStringLiteral("lab: wlan0 up with 10.79.0.23/24"), ppp);
+    const int pppDown = indexOfLine(run.out, QStringLiteral("lab: ppp0 down, its address removed"), wlan);
+    QVERIFY2(ppp >= 0 && wlan > ppp && pppDown > wlan, qPrintable(describe(run)));
+    QVERIFY2(indexOfLine(run.out, QStringLiteral("    10.79.0.0/24 dev wlan0 proto kernel scope link src 10.79.0.23"), wlan)
+                 > wlan, qPrintable(describe(run)));
+    QVERIFY2(indexOfLine(run.out, QStringLiteral("    10.80.0.0/24 dev ppp0 proto kernel scope link src 10.80.0.7"), ppp)
+                 > ppp, qPrintable(describe(run)));
+}
+
+// The log window's host controls reach the child's links as commands.
+void TestSimulatorNetwork::hostCommandsFromTheLogWindow()
+{
+    QProcess process;
+    process.setProcessEnvironment(headless());
+    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), {QStringLiteral("--nested-child")});
+    QByteArray seen;
+    QVERIFY2(waitForLine(process, QStringLiteral("settings window open at 800x480"), &seen), seen.constData());
+    process.write("signal=42\n");
+    QVERIFY2(waitForLine(process, QStringLiteral("host 4G: signal held at 42"), &seen), seen.constData());
+    process.write("scan-add=Cafe:latte123\n");
+    QVERIFY2(waitForLine(process, QStringLiteral("host WLAN: network \"Cafe\" now in range (password \"latte123\")"), &seen),
+             seen.constData());
+    process.write("scan-remove=Nowhere\n");
+    QVERIFY2(waitForLine(process, QStringLiteral("no network \"Nowhere\" in range"), &seen), seen.constData());
+    process.write("quit\n");
+    QVERIFY(process.waitForFinished(20000));
+    QCOMPARE(process.exitCode(), 0);
 }
 
 PANEL_TEST_MAIN(TestSimulatorNetwork)
