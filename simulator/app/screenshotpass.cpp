@@ -129,7 +129,8 @@ QStringList ScreenshotPass::linkScript(const QString &dir, const QSize &panelSiz
         steps << QStringLiteral("wlan") << shot("wlan-online-main") << QStringLiteral("wlan-drop");
         steps << QStringLiteral("4g") << QStringLiteral("4g-on") << shot("4g-connecting") << LinkAnswered << PageTick
               << shot("4g-connected") << QStringLiteral("4g-off");
-        steps << QStringLiteral("vpn") << QStringLiteral("vpn-on") << PageTick << shot("vpn-prepare") << LinkAnswered
+        // The page shows "Prepare to connect" until the host has joined.
+        steps << QStringLiteral("vpn") << QStringLiteral("vpn-on") << shot("vpn-prepare") << LinkAnswered << PageTick
               << shot("vpn-ok") << QStringLiteral("vpn-off");
     }
     return steps;

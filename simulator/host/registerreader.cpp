@@ -1,6 +1,7 @@
 #include "registerreader.h"
 
 #include <QFile>
+#include <QTextCodec>
 
 #include <cerrno>
 #include <cstring>
@@ -44,20 +45,33 @@ const char *const kAreaFiles[] = {
 };
 
 // Text registers (network names, pass phrases) are shown as text when
-// everything up to the first NUL is printable; the rest as hex bytes.
-bool looksLikeText(const QByteArray &bytes)
+// everything up to the first NUL decodes cleanly, as UTF-8 or as the
+// panel's GB2312, and only NULs follow; the rest as hex bytes.
+QString registerText(const QByteArray &bytes, bool *isText)
 {
+    *isText = false;
     const int end = bytes.indexOf('\0') < 0 ? bytes.size() : bytes.indexOf('\0');
     for (int i = 0; i < end; ++i) {
         const unsigned char c = static_cast<unsigned char>(bytes.at(i));
         if (c < 0x20 || c == 0x7f)
-            return false;
+            return QString();
     }
     for (int i = end; i < bytes.size(); ++i) {
         if (bytes.at(i) != '\0')
-            return false;
+            return QString();
     }
-    return true;
+    const QByteArray text = bytes.left(end);
+    for (const char *name : {"UTF-8", "GB2312"}) {
+        QTextCodec *codec = QTextCodec::codecForName(name);
+        QTextCodec::ConverterState state;
+        const QString decoded = codec ? codec->toUnicode(text.constData(), text.size(), &state) : QString();
+        // A cut-off character leaves no trace in the state: the bytes must come back.
+        if (codec && state.invalidChars == 0 && codec->fromUnicode(decoded) == text) {
+            *isText = true;
+            return decoded;
+        }
+    }
+    return QString();
 }
 
 quint64 littleEndian(const QByteArray &bytes)
@@ -164,11 +178,10 @@ QString RegisterReader::formatValue(const Location &where, const QByteArray &val
     const bool small = isBitArea(where.area) ? where.length <= 64 : where.length <= 4;
     if (small)
         return QString::number(littleEndian(value));
-    if (looksLikeText(value)) {
-        const int end = value.indexOf('\0');
-        const QByteArray text = end < 0 ? value : value.left(end);
-        return QLatin1Char('"') + QString::fromUtf8(text) + QLatin1Char('"');
-    }
+    bool isText = false;
+    const QString text = registerText(value, &isText);
+    if (isText)
+        return QLatin1Char('"') + text + QLatin1Char('"');
     return QString::fromLatin1(value.toHex(' '));
 }
 

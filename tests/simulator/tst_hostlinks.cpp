@@ -109,6 +109,8 @@ private slots:
     void addressWords_data();
     void addressWords();
     void bitRegistersAreNotWritten();
+    void registerValuesInTheLog_data();
+    void registerValuesInTheLog();
 
     void scanRequestWritesTheListsAndCount();
     void savedPasswordTableFromTheStart();
@@ -318,6 +320,33 @@ void TestHostLinks::bitRegistersAreNotWritten()
     QCOMPARE(registers.number(SysRegIdx::WlanState), quint64(0xff));
     // Register 113 is the byte after it.
     QCOMPARE(registers.number(113), quint64(0));
+}
+
+void TestHostLinks::registerValuesInTheLog_data()
+{
+    QTest::addColumn<unsigned>("index");
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("english name") << 103u << QByteArray("TAVRO-Office").leftJustified(32, '\0') << "\"TAVRO-Office\"";
+    QTest::newRow("GB2312 name") << 103u << QByteArray::fromHex("b3b5bce4cedecfdf").leftJustified(32, '\0')
+                                 << QString::fromUtf8("\"车间无线\"");
+    QTest::newRow("UTF-8 name") << 103u << QString::fromUtf8("车间").toUtf8().leftJustified(32, '\0')
+                                << QString::fromUtf8("\"车间\"");
+    QTest::newRow("address words") << 106u << QByteArray::fromHex("c000a80008001700") << "c0 00 a8 00 08 00 17 00";
+    QTest::newRow("lone lead byte") << 103u << QByteArray("\xb3").leftJustified(32, '\0') << "b3" + QString(" 00").repeated(31);
+    QTest::newRow("bytes after the end") << 103u << QByteArray("AB\0C", 4).leftJustified(32, '\0')
+                                         << "41 42 00 43" + QString(" 00").repeated(28);
+    QTest::newRow("number") << 100u << QByteArray("\x02") << "2";
+}
+
+void TestHostLinks::registerValuesInTheLog()
+{
+    QFETCH(unsigned, index);
+    QFETCH(QByteArray, value);
+    QFETCH(QString, shown);
+    RegisterReader::Location where;
+    QVERIFY(RegisterReader::locate(index, &where));
+    QCOMPARE(RegisterReader::formatValue(where, value), shown);
 }
 
 void TestHostLinks::scanRequestWritesTheListsAndCount()
