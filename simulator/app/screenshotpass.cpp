@@ -21,6 +21,8 @@ const int LinkAnswerMs = 1500;
 // The pages poll their registers once a second.
 const QString PageTick = QStringLiteral("wait=1200");
 const QString LinkAnswered = QStringLiteral("wait=2000");
+// A switch slides its knob over for a moment after the touch.
+const QString SwitchSettled = QStringLiteral("wait=400");
 // Networks of the host's scan, one per language: a password saved by the
 // first connection would skip the dialog for the second.
 const QString NetworkZh = QStringLiteral("Lab_5G");
@@ -127,10 +129,10 @@ QStringList ScreenshotPass::linkScript(const QString &dir, const QSize &panelSiz
         steps << QStringLiteral("psw-type=") + (zh ? PasswordZh : PasswordEn) << QStringLiteral("psw-enter")
               << QStringLiteral("psw-connect") << LinkAnswered << PageTick << shot("wlan-online");
         steps << QStringLiteral("wlan") << shot("wlan-online-main") << QStringLiteral("wlan-drop");
-        steps << QStringLiteral("4g") << QStringLiteral("4g-on") << shot("4g-connecting") << LinkAnswered << PageTick
+        steps << QStringLiteral("4g") << QStringLiteral("4g-on") << SwitchSettled << shot("4g-connecting") << LinkAnswered << PageTick
               << shot("4g-connected") << QStringLiteral("4g-off");
         // The page shows "Prepare to connect" until the host has joined.
-        steps << QStringLiteral("vpn") << QStringLiteral("vpn-on") << shot("vpn-prepare") << LinkAnswered << PageTick
+        steps << QStringLiteral("vpn") << QStringLiteral("vpn-on") << SwitchSettled << shot("vpn-prepare") << LinkAnswered << PageTick
               << shot("vpn-ok") << QStringLiteral("vpn-off");
     }
     return steps;
