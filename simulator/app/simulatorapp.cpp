@@ -9,6 +9,7 @@
 #include "outernetwork.h"
 #include "screenshotpass.h"
 #include "scriptrunner.h"
+#include "simulatedpanel.h"
 #include "simulatorlog.h"
 
 #include <QCoreApplication>
@@ -83,6 +84,8 @@ bool SimulatorApp::prepare(QString *error)
         m_labLinks = new LinkInterfaces(NetworkLab::realTool(QStringLiteral("ip")), this);
         connect(m_labLinks, &LinkInterfaces::logLine, this, &SimulatorApp::report);
         connect(m_session->links(), &HostLinks::interfaceChanged, m_labLinks, &LinkInterfaces::apply);
+    } else {
+        connect(m_session->links(), &HostLinks::interfaceChanged, this, &SimulatorApp::setStandInLink);
     }
     if (!m_session->start(error))
         return false;
@@ -217,6 +220,17 @@ void SimulatorApp::setOuterNetwork(bool up)
         report(QStringLiteral("outer network now %1").arg(QLatin1String(up ? "up" : "down")));
     else
         report(error);
+}
+
+void SimulatorApp::setStandInLink(const QString &port, const QString &address, const QString &mask)
+{
+    if (!SimulatedPanel::setLinkInterface(m_panel.root(), port, address, mask)) {
+        report(QStringLiteral("cannot record %1 in the stand-ins' network").arg(port));
+        return;
+    }
+    report(address.isEmpty() ? QStringLiteral("panel: %1 gone").arg(port)
+                             : QStringLiteral("panel: %1 up with %2 netmask %3").arg(port, address, mask));
+    m_session->flush();
 }
 
 void SimulatorApp::runHostCommand(const QString &command)

@@ -40,6 +40,7 @@ private slots:
     void onCommand(const QString &command);
     void setOuterNetwork(bool up);
     void runHostCommand(const QString &command);
+    void setStandInLink(const QString &port, const QString &address, const QString &mask);
     void finish(int status);
     void fail(const QString &error);
 

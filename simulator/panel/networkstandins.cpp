@@ -1,6 +1,9 @@
 #include "networkstandins.h"
 
 #include <QFile>
+#include <QList>
+
+#include <algorithm>
 
 namespace {
 
@@ -177,9 +180,70 @@ QString connectedRoute(const QString &port, const QStringList &address)
         .arg(port, address.value(0));
 }
 
+quint32 networkOf(const QByteArray &line)
+{
+    const QList<QByteArray> parts = line.left(line.indexOf('/')).split('.');
+    quint32 value = 0;
+    for (const QByteArray &part : parts)
+        value = value << 8 | (part.toUInt() & 0xff);
+    return value;
+}
+
+bool throughPort(const QByteArray &line, const QString &port)
+{
+    const QList<QByteArray> words = line.split(' ');
+    const int dev = words.indexOf("dev");
+    return dev >= 0 && words.value(dev + 1) == port.toLatin1();
+}
+
 } // namespace
 
 namespace NetworkStandIns {
+
+QByteArray portsWithLink(const QByteArray &ports, const QString &port, bool present)
+{
+    QByteArray result;
+    for (const QByteArray &line : ports.split('\n')) {
+        if (!line.isEmpty() && line != port.toLatin1())
+            result += line + '\n';
+    }
+    if (present)
+        result += port.toLatin1() + '\n';
+    return result;
+}
+
+QByteArray interfacesWithLink(const QByteArray &interfaces, const QString &port, const QString &address,
+                              const QString &mask)
+{
+    QByteArray result;
+    for (const QByteArray &line : interfaces.split('\n')) {
+        if (!line.isEmpty() && line.split(' ').value(0) != port.toLatin1())
+            result += line + '\n';
+    }
+    if (!address.isEmpty())
+        result += QStringLiteral("%1 %2 %3 up\n").arg(port, address, mask).toLatin1();
+    return result;
+}
+
+QByteArray routesWithLink(const QByteArray &routes, const QString &port, const QString &address, const QString &mask)
+{
+    QList<QByteArray> defaults;
+    QList<QByteArray> subnets;
+    for (const QByteArray &line : routes.split('\n')) {
+        if (line.isEmpty() || throughPort(line, port))
+            continue;
+        (line.startsWith("default") ? defaults : subnets) << line;
+    }
+    if (!address.isEmpty())
+        subnets << connectedRoute(port, {address, mask}).trimmed().toLatin1();
+    std::stable_sort(subnets.begin(), subnets.end(), [](const QByteArray &a, const QByteArray &b) {
+        return networkOf(a) < networkOf(b);
+    });
+    QByteArray result;
+    for (const QByteArray &line : defaults + subnets)
+        result += line + '\n';
+    return result;
+}
 
 QStringList toolNames()
 {

@@ -35,6 +35,15 @@ QStringList toolNames();
 QByteArray interfacesFile(const QStringList &ports, const QList<QStringList> &addresses);
 QByteArray routesFile(const QStringList &ports, const QList<QStringList> &addresses);
 
+// The state files once the host has brought a link's interface (wlan0,
+// ppp0) up with this address and mask, or taken it away (empty address):
+// listed as a port, its line in interfaces, its subnet in the table (the
+// kernel's subnets sorted by address), every route through it gone with it.
+QByteArray portsWithLink(const QByteArray &ports, const QString &port, bool present);
+QByteArray interfacesWithLink(const QByteArray &interfaces, const QString &port, const QString &address,
+                              const QString &mask);
+QByteArray routesWithLink(const QByteArray &routes, const QString &port, const QString &address, const QString &mask);
+
 } // namespace NetworkStandIns
 
 #endif // NETWORKSTANDINS_H

@@ -8,7 +8,9 @@
 #include <QStandardPaths>
 #include <QtEndian>
 
+#include <cstdio>
 #include <cstring>
+#include <functional>
 #include <sys/stat.h>
 #include <sys/types.h>
 
@@ -174,6 +176,26 @@ QString SimulatedPanel::outerNetworkPath(const QString &root) { return stateDir(
 bool SimulatedPanel::setOuterNetwork(const QString &root, bool up)
 {
     return writeFile(outerNetworkPath(root), up ? "up\n" : "down\n", nullptr);
+}
+
+bool SimulatedPanel::setLinkInterface(const QString &root, const QString &port, const QString &address,
+                                      const QString &mask)
+{
+    auto update = [](const QString &path, const std::function<QByteArray(const QByteArray &)> &change) {
+        QFile file(path);
+        const QByteArray before = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        file.close();
+        // Replaced whole, as the stand-ins replace it: a reader sees old or new.
+        return writeFile(path + QStringLiteral(".new"), change(before), nullptr)
+            && ::rename(QFile::encodeName(path + QStringLiteral(".new")).constData(), QFile::encodeName(path).constData()) == 0;
+    };
+    const bool up = !address.isEmpty();
+    return update(stateDir(root) + QStringLiteral("/ports"),
+                  [&](const QByteArray &text) { return NetworkStandIns::portsWithLink(text, port, up); })
+        && update(interfacesPath(root),
+                  [&](const QByteArray &text) { return NetworkStandIns::interfacesWithLink(text, port, address, mask); })
+        && update(routeTablePath(root),
+                  [&](const QByteArray &text) { return NetworkStandIns::routesWithLink(text, port, address, mask); });
 }
 
 QByteArray SimulatedPanel::sampleImage(const Options &options)

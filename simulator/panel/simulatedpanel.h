@@ -57,6 +57,10 @@ public:
 
     // Makes the simulated world beyond the panel answer the ping or not.
     static bool setOuterNetwork(const QString &root, bool up);
+    // The host brought a link's interface (wlan0, ppp0) up with this
+    // address, or took it away (empty): the stand-ins' network follows.
+    static bool setLinkInterface(const QString &root, const QString &port, const QString &address,
+                                 const QString &mask);
 
     // Parses a call log into argument vectors (element 0 is the tool name).
     static QList<QStringList> parseCallLog(const QByteArray &log);

@@ -34,6 +34,7 @@ private slots:
     void pingAnswersAsTheOuterNetworkIs_data();
     void pingAnswersAsTheOuterNetworkIs();
     void onePortPanelHasNoSecondPort();
+    void linkInterfacesJoinTheStandInNetwork();
 };
 
 void TestSimulatedPanel::registerFilesCoverEveryArea_data()
@@ -288,6 +289,33 @@ void TestSimulatedPanel::onePortPanelHasNoSecondPort()
     // 4G and WLAN stay as they are.
     QCOMPARE(quint8(one.at(256 + 6)) & 0x20, 0x20);
     QCOMPARE(one.at(256 + 5), two.at(256 + 5));
+}
+
+// The host's WLAN and 4G links: while up, routes through them are taken
+// like those through a wired port; gone, every route through them goes.
+void TestSimulatedPanel::linkInterfacesJoinTheStandInNetwork()
+{
+    TestPanel panel;
+    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
+    QCOMPARE(std::system("route add default gw 192.168.8.1 dev wlan0 metric 0"), 0);
+    QVERIFY(!panel.readFile(QStringLiteral("/sim/routes")).contains("wlan0"));
+    QVERIFY(SimulatedPanel::setLinkInterface(panel.root(), QStringLiteral("wlan0"), QStringLiteral("192.168.8.23"),
+                                             QStringLiteral("255.255.255.0")));
+    QVERIFY(SimulatedPanel::setLinkInterface(panel.root(), QStringLiteral("ppp0"), QStringLiteral("10.64.23.7"),
+                                             QStringLiteral("255.255.255.255")));
+    QCOMPARE(std::system("route add default gw 192.168.8.1 dev wlan0 metric 0"), 0);
+    QCOMPARE(QString::fromLatin1(panel.readFile(QStringLiteral("/sim/routes"))).split(QLatin1Char('\n'), Qt::SkipEmptyParts),
+             (QStringList{QStringLiteral("default via 192.168.8.1 dev wlan0"),
+                          QStringLiteral("10.64.23.7/32 dev ppp0 proto kernel scope link src 10.64.23.7"),
+                          QStringLiteral("192.168.1.0/24 dev eth0 proto kernel scope link src 192.168.1.100"),
+                          QStringLiteral("192.168.2.0/24 dev eth1 proto kernel scope link src 192.168.2.100"),
+                          QStringLiteral("192.168.8.0/24 dev wlan0 proto kernel scope link src 192.168.8.23")}));
+    QCOMPARE(panel.readFile(QStringLiteral("/sim/ports")), QByteArray("eth0\neth1\nwlan0\nppp0\n"));
+    QVERIFY(SimulatedPanel::setLinkInterface(panel.root(), QStringLiteral("wlan0"), QString(), QString()));
+    const QByteArray routes = panel.readFile(QStringLiteral("/sim/routes"));
+    QVERIFY2(!routes.contains("wlan0") && routes.contains("dev ppp0"), routes.constData());
+    QVERIFY(!panel.readFile(QStringLiteral("/sim/interfaces")).contains("wlan0"));
+    QCOMPARE(panel.readFile(QStringLiteral("/sim/ports")), QByteArray("eth0\neth1\nppp0\n"));
 }
 
 PANEL_TEST_MAIN(TestSimulatedPanel)
