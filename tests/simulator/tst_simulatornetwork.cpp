@@ -42,6 +42,7 @@ private slots:
     void logWindowSwitchesTheOuterNetwork();
     void hostLinksBringTheirInterfacesInTheLab();
     void hostCommandsFromTheLogWindow();
+    void scriptedWirelessSessionIsLogged();
 };
 
 // With the stand-ins: what each command meant, the table after each change
@@ -213,6 +214,47 @@ void TestSimulatorNetwork::hostCommandsFromTheLogWindow()
     process.write("quit\n");
     QVERIFY(process.waitForFinished(20000));
     QCOMPARE(process.exitCode(), 0);
+}
+
+// A script through the WLAN, 4G and VPN tabs with the stand-ins: every
+// register the pages wrote and each answer of the host in the log, in
+// order, and the links' interfaces in the panel's routing table.
+void TestSimulatorNetwork::scriptedWirelessSessionIsLogged()
+{
+    const Run run = runSimulator({QStringLiteral("--script"),
+                                  QStringLiteral("network,wlan,wlan-search,wlan-scan,wait=1500,wlan-pick=TAVRO-Office,"
+                                                 "psw-keyboard,psw-type=tavro2024,psw-enter,psw-connect,wait=2500,"
+                                                 "4g,4g-on,wait=2500,vpn,vpn-on,wait=2500,vpn-region=1,wait=500,"
+                                                 "dismiss,quit")},
+                                 90000);
+    QVERIFY2(run.finished && run.exitCode == 0, qPrintable(describe(run)));
+    const QStringList order = {
+        QStringLiteral("register 114 = 1"),
+        QStringLiteral("host WLAN: register 111 = 5 (networks found)"),
+        QStringLiteral("register 103 = \"TAVRO-Office\""),
+        QStringLiteral("register 104 = \"tavro2024\""),
+        QStringLiteral("register 101 = 1"),
+        QStringLiteral("host WLAN: connection request for \"TAVRO-Office\" with a password of 9 characters; answer in 1500 ms"),
+        QStringLiteral("host WLAN: register 106 = 192.168.8.23"),
+        QStringLiteral("host WLAN: register 100 = 2 (connected)"),
+        QStringLiteral("panel: wlan0 up with 192.168.8.23 netmask 255.255.255.0"),
+        QStringLiteral("    192.168.8.0/24 dev wlan0 proto kernel scope link src 192.168.8.23"),
+        QStringLiteral("register 122 = 1"),
+        QStringLiteral("host 4G: register 125 = 1 (connecting)"),
+        QStringLiteral("host 4G: /etc/resolv.conf: added \"nameserver 211.136.17.107 # ppp0\""),
+        QStringLiteral("host 4G: register 125 = 2 (connected)"),
+        QStringLiteral("register 117 = 1"),
+        QStringLiteral("host VPN: register 118 = 1 (prepare to connect)"),
+        QStringLiteral("host VPN: register 118 = 5 (VPN connection ok)"),
+    };
+    int at = 0;
+    for (const QString &line : order) {
+        const int found = indexOfLine(run.out, line, at);
+        QVERIFY2(found >= at, qPrintable(QStringLiteral("missing after line %1: %2\n%3").arg(at).arg(line, describe(run))));
+        at = found;
+    }
+    // The region change was refused by the page: the host never heard of it.
+    QVERIFY2(run.out.filter(QStringLiteral("server region now")).isEmpty(), qPrintable(describe(run)));
 }
 
 PANEL_TEST_MAIN(TestSimulatorNetwork)
