@@ -121,9 +121,8 @@ void WlanHost::answer()
     if (!found->isOpen() && (m_failNext || found->password != m_requestedPassword)) {
         const bool forced = m_failNext;
         m_failNext = false;
-        const QByteArray table = ResolverLines::read(m_registers->root() + QLatin1String(PasswordFile));
         writePanelFile(QLatin1String(PasswordFile),
-                       WlanFiles::passwordTable(WlanFiles::forget(WlanFiles::parsePasswordTable(table), found->ssid)));
+                       WlanFiles::passwordTable(WlanFiles::forget(savedPasswords(), found->ssid)));
         refuse(QStringLiteral("wrong password for \"%1\"%2").arg(found->ssid,
                forced ? QStringLiteral(" (as asked from the control window)") : QString()), WrongPassword);
         return;
@@ -137,10 +136,8 @@ void WlanHost::connectTo(const SimNetwork &network)
         announceInterface(false);
     m_connected = network.ssid;
     if (!network.isOpen()) {
-        const QByteArray table = ResolverLines::read(m_registers->root() + QLatin1String(PasswordFile));
         writePanelFile(QLatin1String(PasswordFile), WlanFiles::passwordTable(WlanFiles::remember(
-                                                        WlanFiles::parsePasswordTable(table), network.ssid,
-                                                        m_requestedPassword)));
+                                                        savedPasswords(), network.ssid, m_requestedPassword)));
     }
     report(QStringLiteral("associated with \"%1\"").arg(network.ssid));
     storeText(Ssid, WlanFiles::encode(network.ssid), network.ssid);
@@ -229,6 +226,14 @@ void WlanHost::checkResetFlag()
         return;
     QFile::remove(flag);
     disconnect(QStringLiteral("reset asked for (%1 found and removed)").arg(QLatin1String(ResetFlag)));
+}
+
+QList<SavedPassword> WlanHost::savedPasswords() const
+{
+    QFile file(m_registers->root() + QLatin1String(PasswordFile));
+    // A damaged or missing table counts as empty; it is written whole again.
+    return file.open(QIODevice::ReadOnly) ? WlanFiles::parsePasswordTable(file.read(WlanFiles::TableSize))
+                                          : QList<SavedPassword>();
 }
 
 bool WlanHost::writePanelFile(const QString &path, const QByteArray &contents)

@@ -57,6 +57,7 @@ private:
     void refuse(const QString &why, quint64 state);
     void disconnect(const QString &why);
     bool writePanelFile(const QString &path, const QByteArray &contents);
+    QList<SavedPassword> savedPasswords() const;
     QString wlanServerLine() const;
 
     QList<SimNetwork> m_networks;
