@@ -15,7 +15,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <QTranslator>
 #include <QtTest>
 
 #include <memory>
@@ -136,6 +138,7 @@ private slots:
     void updateDefaultNetworkSelects();
     void testButtonStyles();
     void testButtonKeyClick();
+    void chineseListStillChooses();
 };
 
 void TestMobileNetworkUI::formHasItsWidgets()
@@ -518,6 +521,26 @@ void TestMobileNetworkUI::testButtonKeyClick()
     settings.sync();
     QTest::mouseClick(rig.testButton(), Qt::LeftButton);
     QCOMPARE(rig.panel.calls(QStringLiteral("setbeep")).size(), 1);
+}
+
+void TestMobileNetworkUI::chineseListStillChooses()
+{
+    QTranslator chinese;
+    QVERIFY(chinese.load(QStringLiteral(":/Languages/Translate_CN.qm")));
+    QCoreApplication::installTranslator(&chinese);
+    auto restore = qScopeGuard([&] { QCoreApplication::removeTranslator(&chinese); });
+    MobileRig::Options options;
+    options.resolver = "nameserver 1.1.1.1 # eth0\nnameserver 10.1.1.1 # ppp0\n";
+    options.registers = {{SysRegIdx::Mobile4GSwitch, 1}, {SysRegIdx::Mobile4GState, 1}};
+    MobileRig rig(options);
+    QCOMPARE(rig.items(), (QStringList{"", "有线网络0", "有线网络1", "4G网络"}));
+    QCOMPARE(rig.status()->text(), QStringLiteral("正在连接"));
+    QSignalSpy chosen(rig.page.get(), &MobileNetworkUI::updateDefaultNetworkSignal);
+    rig.list()->setCurrentIndex(3);
+    QCOMPARE(chosen.count(), 1);
+    QCOMPARE(chosen.at(0).at(0).toInt(), 3);
+    QCOMPARE(rig.panel.readFile(QString::fromLatin1(Resolver)),
+             QByteArray("nameserver 10.1.1.1 # ppp0\nnameserver 1.1.1.1 # eth0\n"));
 }
 
 PANEL_GUI_TEST_MAIN(TestMobileNetworkUI)
