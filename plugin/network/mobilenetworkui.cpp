@@ -14,6 +14,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QLayout>
 #include <QLineEdit>
 #include <QLoggingCategory>
 #include <QPainter>
@@ -48,14 +49,13 @@ struct Sizes
     int switchWidth;
     int valueWidth;
     int testWidth;
-    int picture;
     int spacing;
 };
 const Sizes SizeTable[] = {
-    {800, 480, 30, 58, 236, 80, 26, 4},
-    {1024, 600, 34, 70, 270, 90, 30, 8},
-    {1280, 800, 40, 70, 320, 100, 36, 12},
-    {1920, 1080, 52, 90, 420, 140, 48, 20},
+    {800, 480, 30, 58, 236, 80, 4},
+    {1024, 600, 34, 70, 270, 90, 8},
+    {1280, 800, 40, 70, 320, 100, 12},
+    {1920, 1080, 52, 90, 420, 140, 20},
 };
 
 const Sizes &sizesFor(int screenWidth)
@@ -100,6 +100,9 @@ MobileNetworkUI::MobileNetworkUI(int fontId, QWidget *parent)
     // builds its popup at once (see RowHidingComboBox).
     setFont(PanelFont::font(fontId, PageFontWeight, PageFontPointSize));
     ui->setupUi(this);
+    // A style sheet above the page keeps the page's font from its children.
+    for (QWidget *child : findChildren<QWidget *>())
+        child->setFont(font());
     EEInfoHandle::instance()->read_flash_r_info(&m_readOnly);
     addUIStyles();
     adjustWgtSize();
@@ -145,15 +148,20 @@ void MobileNetworkUI::adjustWgtSize()
     ui->switch_4g->setFixedSize(sizes.switchWidth, sizes.switchWidth * 3 / 7);
     ui->label_networkStatus->setMinimumWidth(sizes.valueWidth);
     ui->label_networkStatus->setFixedHeight(sizes.rowHeight);
-    m_pictureSize = QSize(sizes.picture, sizes.picture);
+    m_pictureSize = QSize(sizes.rowHeight, sizes.rowHeight);
     ui->label_signal->setFixedSize(m_pictureSize);
     ui->comboBox_network->setFixedSize(sizes.valueWidth, sizes.rowHeight);
     ui->pushButton_test->setFixedSize(sizes.testWidth, sizes.rowHeight + 4);
     const QSize field = IPLineEdit::fieldSize(QSize(sizes.minWidth, sizes.panelHeight));
     for (IPLineEdit *edit : {ui->ipLineEdit_dns1, ui->ipLineEdit_dns2}) {
+        if (edit->layout())
+            edit->layout()->setContentsMargins(0, 0, 0, 0);
         for (QLineEdit *octet : edit->findChildren<QLineEdit *>())
             octet->setFixedSize(field);
     }
+    // A little air above each section heading.
+    for (QLabel *heading : {ui->label_dnsInfo, ui->label_gatewayInfo})
+        heading->setContentsMargins(0, sizes.spacing * 2, 0, 0);
 }
 
 void MobileNetworkUI::refresh()

@@ -84,6 +84,9 @@ VpnSetUI::VpnSetUI(int fontId, QWidget *parent)
     const QFont font = PanelFont::font(fontId, PageFontWeight, PageFontPointSize);
     setFont(font);
     ui->setupUi(this);
+    // A style sheet above the page keeps the page's font from its children.
+    for (QWidget *child : findChildren<QWidget *>())
+        child->setFont(font);
     ui->label_title->setFont(font);
     ui->label_title->setStyleSheet(QLatin1String(TitleStyle));
     adjustWgtSize();

@@ -12,6 +12,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QAbstractItemView>
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
@@ -139,6 +140,7 @@ private slots:
     void testButtonStyles();
     void testButtonKeyClick();
     void chineseListStillChooses();
+    void fontReachesChildrenWithoutPopups();
 };
 
 void TestMobileNetworkUI::formHasItsWidgets()
@@ -541,6 +543,37 @@ void TestMobileNetworkUI::chineseListStillChooses()
     QCOMPARE(chosen.at(0).at(0).toInt(), 3);
     QCOMPARE(rig.panel.readFile(QString::fromLatin1(Resolver)),
              QByteArray("nameserver 10.1.1.1 # ppp0\nnameserver 1.1.1.1 # eth0\n"));
+}
+
+// In the settings window a style sheet sits above the page, which keeps the
+// page's font from its children; the adapter list must still not build its
+// popup before the operator opens it (every popup styled stays in memory).
+void TestMobileNetworkUI::fontReachesChildrenWithoutPopups()
+{
+    MobileRig rig;
+    QWidget host;
+    host.setStyleSheet(QStringLiteral("QComboBox{border:1px solid #008cba;}"));
+    auto *page = new MobileNetworkUI(-1, &host);
+    host.show();
+    host.grab();
+    page->refresh();
+    host.grab();
+    int popups = 0;
+    for (QObject *child : page->findChildren<QObject *>())
+        popups += qstrcmp(child->metaObject()->className(), "QComboBoxPrivateContainer") == 0;
+    QCOMPARE(popups, 0);
+    for (const char *name : {"label_4gSwitch", "label_networkStatus", "label_dnsInfo"}) {
+        auto *label = page->findChild<QLabel *>(QLatin1String(name));
+        QVERIFY2(label, name);
+        QVERIFY2(label->font().bold(), name);
+        QCOMPARE(label->font().pointSize(), 13);
+    }
+    auto *list = page->findChild<RowHidingComboBox *>(QStringLiteral("comboBox_network"));
+    QVERIFY(list->font().bold());
+    list->showPopup();
+    QVERIFY(list->view()->window()->font().bold());
+    QCOMPARE(list->view()->window()->font().pointSize(), 13);
+    list->hidePopup();
 }
 
 PANEL_GUI_TEST_MAIN(TestMobileNetworkUI)

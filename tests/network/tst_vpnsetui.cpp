@@ -133,6 +133,7 @@ private slots:
     void withoutMoonsNothingDeleted_data();
     void withoutMoonsNothingDeleted();
     void refreshLogsAndRetranslates();
+    void fontReachesChildrenWithoutPopups();
 };
 
 void TestVpnSetUI::formHasItsWidgets()
@@ -398,6 +399,31 @@ void TestVpnSetUI::refreshLogsAndRetranslates()
     QTest::ignoreMessage(QtInfoMsg, "VpnSetUI::refresh() ");
     rig.page->refresh();
     QCOMPARE(rig.status()->text(), QStringLiteral("connected"));
+}
+
+// In the settings window a style sheet sits above the page, which keeps the
+// page's font from its children; the server list must still not build its
+// popup before the operator opens it.
+void TestVpnSetUI::fontReachesChildrenWithoutPopups()
+{
+    TestPanel panel;
+    QWidget host;
+    host.setStyleSheet(QStringLiteral("QComboBox{border:1px solid #008cba;}"));
+    auto *page = new VpnSetUI(-1, &host);
+    host.show();
+    host.grab();
+    page->Kvpn_Timer();
+    host.grab();
+    int popups = 0;
+    for (QObject *child : page->findChildren<QObject *>())
+        popups += qstrcmp(child->metaObject()->className(), "QComboBoxPrivateContainer") == 0;
+    QCOMPARE(popups, 0);
+    for (const char *name : {"label_title", "label_switch", "label_connectStatue"}) {
+        auto *label = page->findChild<QLabel *>(QLatin1String(name));
+        QVERIFY2(label, name);
+        QVERIFY2(label->font().bold(), name);
+        QCOMPARE(label->font().pointSize(), 13);
+    }
 }
 
 PANEL_GUI_TEST_MAIN(TestVpnSetUI)
