@@ -4,15 +4,16 @@
 #include "fiforeader.h"
 #include "iplineedit.h"
 #include "mobilenetworkui.h"
+#include "mobilerig.h"
 #include "rowhidingcombobox.h"
 #include "switchbutton.h"
 #include "sysreg.h"
 #include "testharness.h"
 #include "testpanel.h"
 
+#include <QAbstractItemView>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QAbstractItemView>
 #include <QLabel>
 #include <QPushButton>
 #include <QSettings>
@@ -21,13 +22,12 @@
 #include <QTranslator>
 #include <QtTest>
 
-#include <memory>
 #include <sys/stat.h>
 
 namespace {
 
-const char Resolver[] = "/etc/resolv.conf";
-const char Backup[] = "/etc/resolvbak.conf";
+const char *const Resolver = MobileRig::ResolverPath;
+const char *const Backup = MobileRig::BackupPath;
 const QString NoAddress = QStringLiteral("0.0.0.0");
 
 QString picture(int n)
@@ -37,78 +37,13 @@ QString picture(int n)
 
 void setValue(unsigned index, quint32 value)
 {
-    SysReg_Write(index, &value, sizeof value);
+    MobileRig::setValue(index, value);
 }
 
 quint32 value(unsigned index)
 {
-    quint8 bytes[8] = {};
-    SysReg_Read(index, bytes);
-    return quint32(bytes[0]) | quint32(bytes[1]) << 8 | quint32(bytes[2]) << 16 | quint32(bytes[3]) << 24;
+    return MobileRig::value(index);
 }
-
-// A 4G page on a fresh panel. Registers and the resolver file are set
-// before the page starts; the page is refreshed as the network page does.
-class MobileRig
-{
-public:
-    struct Options
-    {
-        int wiredPorts = 2;
-        QHash<unsigned, quint32> registers;
-        QByteArray resolver = "nameserver 114.114.114.114 # eth0\n";
-    };
-
-    MobileRig() : MobileRig(Options()) {}
-    explicit MobileRig(const Options &options)
-        : panel(panelOptions(options))
-    {
-        panel.writeFile(QString::fromLatin1(Resolver), options.resolver);
-        panel.removeFile(QString::fromLatin1(Backup));
-        for (auto it = options.registers.constBegin(); it != options.registers.constEnd(); ++it)
-            setValue(it.key(), it.value());
-        page.reset(new MobileNetworkUI(-1));
-        page->refresh();
-    }
-
-    SwitchButton *switch4g() const { return page->findChild<SwitchButton *>(QStringLiteral("switch_4g")); }
-    QLabel *status() const { return page->findChild<QLabel *>(QStringLiteral("label_networkStatus")); }
-    QLabel *signal() const { return page->findChild<QLabel *>(QStringLiteral("label_signal")); }
-    RowHidingComboBox *list() const
-    {
-        return page->findChild<RowHidingComboBox *>(QStringLiteral("comboBox_network"));
-    }
-    QPushButton *testButton() const { return page->findChild<QPushButton *>(QStringLiteral("pushButton_test")); }
-    QString dns(int n) const
-    {
-        auto *edit = page->findChild<IPLineEdit *>(QStringLiteral("ipLineEdit_dns%1").arg(n));
-        return edit ? edit->getIPVal() : QString();
-    }
-    QStringList items() const
-    {
-        QStringList texts;
-        for (int i = 0; i < list()->count(); ++i)
-            texts << list()->itemText(i);
-        return texts;
-    }
-    void setLink(quint32 state, quint32 signalValue = 0)
-    {
-        setValue(SysRegIdx::Mobile4GState, state);
-        setValue(SysRegIdx::Mobile4GSignal, signalValue);
-        page->K4G_Timer();
-    }
-
-    TestPanel panel;
-    std::unique_ptr<MobileNetworkUI> page;
-
-private:
-    static SimulatedPanel::Options panelOptions(const Options &options)
-    {
-        SimulatedPanel::Options panelOptions;
-        panelOptions.wiredPorts = options.wiredPorts;
-        return panelOptions;
-    }
-};
 
 } // namespace
 
