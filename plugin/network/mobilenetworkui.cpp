@@ -103,7 +103,6 @@ MobileNetworkUI::MobileNetworkUI(int fontId, QWidget *parent)
     // A style sheet above the page keeps the page's font from its children.
     for (QWidget *child : findChildren<QWidget *>())
         child->setFont(font());
-    EEInfoHandle::instance()->read_flash_r_info(&m_readOnly);
     addUIStyles();
     adjustWgtSize();
     drawPicture();
@@ -139,10 +138,9 @@ void MobileNetworkUI::addUIStyles()
 
 void MobileNetworkUI::adjustWgtSize()
 {
-    int width = m_readOnly.screenWidth();
-    if (width <= 0)
-        width = PanelScreen::size().width();
-    const Sizes &sizes = sizesFor(width);
+    // The screen, not the record: reading the record runs the image tool,
+    // and the window already pays for that a few times while it opens.
+    const Sizes &sizes = sizesFor(PanelScreen::size().width());
     ui->pageLayout->setVerticalSpacing(sizes.spacing);
     ui->pageLayout->setHorizontalSpacing(sizes.spacing * 2 + 8);
     ui->switch_4g->setFixedSize(sizes.switchWidth, sizes.switchWidth * 3 / 7);

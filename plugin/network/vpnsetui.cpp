@@ -3,7 +3,6 @@
 
 #include "addressregister.h"
 #include "commandtext.h"
-#include "eeinfohandle.h"
 #include "languagemessage.h"
 #include "panelfont.h"
 #include "panelroot.h"
@@ -107,12 +106,9 @@ VpnSetUI::~VpnSetUI()
 
 void VpnSetUI::adjustWgtSize()
 {
-    EEInfoDetail::Flash_ROnly readOnly {};
-    EEInfoHandle::instance()->read_flash_r_info(&readOnly);
-    int width = readOnly.screenWidth();
-    if (width <= 0)
-        width = PanelScreen::size().width();
-    const Sizes &sizes = sizesFor(width);
+    // The screen, not the record: reading the record runs the image tool,
+    // and the window already pays for that a few times while it opens.
+    const Sizes &sizes = sizesFor(PanelScreen::size().width());
     ui->pageLayout->setVerticalSpacing(sizes.spacing);
     ui->pageLayout->setHorizontalSpacing(sizes.spacing + 10);
     ui->switch_vpn->setFixedSize(sizes.switchWidth, sizes.switchWidth * 3 / 7);
