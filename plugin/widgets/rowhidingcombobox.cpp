@@ -18,10 +18,11 @@ void RowHidingComboBox::setRowHidden(int row, bool hidden)
 
 void RowHidingComboBox::changeEvent(QEvent *event)
 {
-    // QComboBox answers a style change by building its popup to restyle
-    // it; without a popup there is nothing to restyle yet, and the popup
-    // takes the style in effect when it is built.
-    if (event->type() == QEvent::StyleChange && !m_popupBuilt) {
+    // QComboBox answers a style or font change by building its popup to
+    // pass the change on; without a popup there is nothing to pass it to
+    // yet, and the popup takes the style and font in effect when it is built.
+    const bool styleOrFont = event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange;
+    if (styleOrFont && !m_popupBuilt) {
         QWidget::changeEvent(event);
         return;
     }
@@ -30,7 +31,11 @@ void RowHidingComboBox::changeEvent(QEvent *event)
 
 void RowHidingComboBox::showPopup()
 {
+    const bool building = !m_popupBuilt;
     m_popupBuilt = true;
+    // The popup is a window of its own and inherits no font.
+    if (building)
+        view()->window()->setFont(font());
     if (auto *list = qobject_cast<QListView *>(view())) {
         for (int row = 0; row < count(); ++row)
             list->setRowHidden(row, m_hidden.contains(row));

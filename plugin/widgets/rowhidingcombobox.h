@@ -11,7 +11,7 @@
 // it has styled even after it is gone, so a page built at every opening
 // of the window would grow the host each time. The hidden rows are put on
 // the view when the popup opens. Give it a fixed size: its size hint is not
-// recomputed for a style change that comes before the popup exists.
+// recomputed for a style or font change that comes before the popup exists.
 class RowHidingComboBox : public QComboBox
 {
     Q_OBJECT

@@ -236,7 +236,7 @@
     </message>
     <message>
         <source>4G network</source>
-        <translation>4G 网络</translation>
+        <translation>4G网络</translation>
     </message>
     <message>
         <source>Mobile network</source>
@@ -281,6 +281,100 @@
     <message>
         <source>test failed</source>
         <translation>测试失败</translation>
+    </message>
+</context>
+<context>
+    <name>MobileNetworkUI</name>
+    <message>
+        <source>4G Switch:</source>
+        <translation>4G 开关：</translation>
+    </message>
+    <message>
+        <source>Network Status:</source>
+        <translation>网络状态：</translation>
+    </message>
+    <message>
+        <source>Connecting to internet...</source>
+        <translation>正在连接互联网...</translation>
+    </message>
+    <message>
+        <source>Signal Strength:</source>
+        <translation>信号强度：</translation>
+    </message>
+    <message>
+        <source>4G DNS Server Infor：</source>
+        <translation>4G DNS 服务器信息：</translation>
+    </message>
+    <message>
+        <source>DNS1:</source>
+        <translation>首选 DNS：</translation>
+    </message>
+    <message>
+        <source>DNS2:</source>
+        <translation>备用 DNS：</translation>
+    </message>
+    <message>
+        <source>Default gateway info</source>
+        <translation>默认网关信息</translation>
+    </message>
+    <message>
+        <source>Network:</source>
+        <translation>网络：</translation>
+    </message>
+    <message>
+        <source>OuterNet Ping test:</source>
+        <translation>外网 Ping 测试：</translation>
+    </message>
+    <message>
+        <source>test</source>
+        <translation>测试</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>未连接</translation>
+    </message>
+    <message>
+        <source>Connecting in progress</source>
+        <translation>正在连接</translation>
+    </message>
+    <message>
+        <source>Connection successful</source>
+        <translation>连接成功</translation>
+    </message>
+    <message>
+        <source>wired network0</source>
+        <translation>有线网络0</translation>
+    </message>
+    <message>
+        <source>wired network1</source>
+        <translation>有线网络1</translation>
+    </message>
+    <message>
+        <source>4G network</source>
+        <translation>4G网络</translation>
+    </message>
+</context>
+<context>
+    <name>VpnSetUI</name>
+    <message>
+        <source>VPN Service Information</source>
+        <translation>VPN 服务信息</translation>
+    </message>
+    <message>
+        <source>VPN Switch:</source>
+        <translation>VPN 开关：</translation>
+    </message>
+    <message>
+        <source>Server:</source>
+        <translation>服务器：</translation>
+    </message>
+    <message>
+        <source>Connection status:</source>
+        <translation>连接状态：</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>已连接</translation>
     </message>
 </context>
 </TS>

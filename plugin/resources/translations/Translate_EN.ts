@@ -283,4 +283,98 @@
         <translation>test failed</translation>
     </message>
 </context>
+<context>
+    <name>MobileNetworkUI</name>
+    <message>
+        <source>4G Switch:</source>
+        <translation>4G Switch:</translation>
+    </message>
+    <message>
+        <source>Network Status:</source>
+        <translation>Network Status:</translation>
+    </message>
+    <message>
+        <source>Connecting to internet...</source>
+        <translation>Connecting to internet...</translation>
+    </message>
+    <message>
+        <source>Signal Strength:</source>
+        <translation>Signal Strength:</translation>
+    </message>
+    <message>
+        <source>4G DNS Server Infor：</source>
+        <translation>4G DNS Server Infor：</translation>
+    </message>
+    <message>
+        <source>DNS1:</source>
+        <translation>DNS1:</translation>
+    </message>
+    <message>
+        <source>DNS2:</source>
+        <translation>DNS2:</translation>
+    </message>
+    <message>
+        <source>Default gateway info</source>
+        <translation>Default gateway info</translation>
+    </message>
+    <message>
+        <source>Network:</source>
+        <translation>Network:</translation>
+    </message>
+    <message>
+        <source>OuterNet Ping test:</source>
+        <translation>OuterNet Ping test:</translation>
+    </message>
+    <message>
+        <source>test</source>
+        <translation>test</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>Not connected</translation>
+    </message>
+    <message>
+        <source>Connecting in progress</source>
+        <translation>Connecting in progress</translation>
+    </message>
+    <message>
+        <source>Connection successful</source>
+        <translation>Connection successful</translation>
+    </message>
+    <message>
+        <source>wired network0</source>
+        <translation>wired network0</translation>
+    </message>
+    <message>
+        <source>wired network1</source>
+        <translation>wired network1</translation>
+    </message>
+    <message>
+        <source>4G network</source>
+        <translation>4G network</translation>
+    </message>
+</context>
+<context>
+    <name>VpnSetUI</name>
+    <message>
+        <source>VPN Service Information</source>
+        <translation>VPN Service Information</translation>
+    </message>
+    <message>
+        <source>VPN Switch:</source>
+        <translation>VPN Switch:</translation>
+    </message>
+    <message>
+        <source>Server:</source>
+        <translation>Server:</translation>
+    </message>
+    <message>
+        <source>Connection status:</source>
+        <translation>Connection status:</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>connected</translation>
+    </message>
+</context>
 </TS>
