@@ -99,6 +99,11 @@ void WirelessPswDialog::addUIStyles()
     setStyleSheet(QString::fromLatin1(DialogStyle).arg(m_layout.checkIndicator));
 }
 
+PasswordKeyboard *WirelessPswDialog::keyboard() const
+{
+    return m_keyboard.data();
+}
+
 void WirelessPswDialog::setSettings(QSettings *settings)
 {
     m_settings = settings;

@@ -41,7 +41,7 @@ public:
 
     // The keyboard opened by the last press on the password field, while it
     // is open; its caps state.
-    PasswordKeyboard *keyboard() const { return m_keyboard; }
+    PasswordKeyboard *keyboard() const;
     bool capsOn() const { return m_caps; }
 
     // Cancels, like the close button: also what Esc and a window close do.
