@@ -10,7 +10,6 @@ const QSize SmallestPanel(800, 480);
 constexpr int LargeKeysFromWidth = 1280;
 constexpr int KeyPointSize = 13;
 constexpr int LargeKeyPointSize = 15;
-constexpr int PointSize = 13;
 
 int scaled(double base, double factor, int measure)
 {
@@ -33,8 +32,7 @@ PasswordDialogLayout PasswordDialogLayout::forScreen(const QSize &screen)
     l.fieldHeight = scaled(20, 0.03, y);
     l.actionButton = QSize(scaled(60, 0.06, x), scaled(20, 0.03, y));
     l.margin = scaled(0, 0.02, x);
-    l.pointSize = PointSize;
-    l.checkIndicator = scaled(12, 0.02, y);
+    l.checkIndicator = scaled(16, 0.01, y);
 
     // The keyboard keeps the proportions the panel's keyboard always had.
     l.keyboard = QSize(qMin(x, scaled(300, 0.625, x)), qMin(y, scaled(144, 0.2833, y)));

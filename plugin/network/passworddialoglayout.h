@@ -8,6 +8,9 @@
 // panel (800 x 480) and on the largest (1920 x 1080).
 struct PasswordDialogLayout
 {
+    // The dialog's text, as on every page.
+    static constexpr int PointSize = 13;
+
     // The password dialog.
     QSize dialog;
     int titleHeight = 0;
@@ -15,7 +18,6 @@ struct PasswordDialogLayout
     int fieldHeight = 0;        // the password field
     QSize actionButton;         // Cancel and Connect
     int margin = 0;             // around the dialog's contents
-    int pointSize = 0;
     int checkIndicator = 0;     // side of the "Show password" box
 
     // The keyboard.

@@ -51,6 +51,12 @@ WirelessPswDialog::WirelessPswDialog(QString ssid, QWidget *parent)
 {
     ui->setupUi(this);
     setObjectName(QStringLiteral("WirelessPswDialog"));
+    // On every widget of the form: under the page's style sheet a child
+    // takes the application's font, not its parent's.
+    const QFont font = PanelFont::font(PanelFont::registerPanelFont(), QFont::Bold, PasswordDialogLayout::PointSize);
+    setFont(font);
+    for (QWidget *widget : findChildren<QWidget *>())
+        widget->setFont(font);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
     ui->label_title->setText(tr("Input the password of %1").arg(m_ssid));
@@ -72,7 +78,6 @@ void WirelessPswDialog::resizeUIWgt()
 void WirelessPswDialog::resizeUIWgt(const QSize &screen)
 {
     m_layout = PasswordDialogLayout::forScreen(screen);
-    setFont(PanelFont::font(PanelFont::registerPanelFont(), QFont::Bold, m_layout.pointSize));
 
     ui->frame_title->setFixedHeight(m_layout.titleHeight);
     ui->pushButton_close->setFixedSize(m_layout.closeSide, m_layout.closeSide);

@@ -7,6 +7,7 @@
 #include "panelscreen.h"
 #include "passwordkeyboard.h"
 #include "passwordkeytable.h"
+#include "pswdialogrig.h"
 #include "sysreg.h"
 #include "testharness.h"
 #include "testpanel.h"
@@ -14,6 +15,7 @@
 
 #include <QCheckBox>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -21,78 +23,16 @@
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTextCodec>
+#include <QTranslator>
 #include <QtTest>
 
 namespace {
 
-const QString Ssid = QStringLiteral("Office");
+using Rig = PswDialogRig;
+
 const QString SystemWords = QStringLiteral("/tmp/smw.dat");
 constexpr int PassphraseOffset = 1910;     // register 104 in the system words
 constexpr int PassphraseLength = 63;
-
-QByteArray registerBytes(unsigned index)
-{
-    QByteArray value(256, '\0');
-    if (SysReg_Read(index, value.data()) != 0)
-        return QByteArray();
-    const RegBase *reg = SysReg_LoadReg(index);
-    return value.left(int(reg->length));
-}
-
-quint8 registerByte(unsigned index)
-{
-    quint8 value[4] = {};
-    SysReg_Read(index, value);
-    return value[0];
-}
-
-void setRegisterByte(unsigned index, quint8 value)
-{
-    SysReg_Write(index, &value, 1);
-}
-
-QByteArray padded(const QByteArray &text, int length)
-{
-    return QByteArray(text).append(length - text.size(), '\0');
-}
-
-// A dialog as the WLAN page opens it, shown, with a spy on its end.
-struct Opened
-{
-    explicit Opened(const QString &ssid = Ssid, QWidget *parent = nullptr)
-        : dialog(new WirelessPswDialog(ssid, parent)), closed(dialog.data(), SIGNAL(frame_close(int)))
-    {
-        dialog->show();
-        QVERIFY(QTest::qWaitForWindowExposed(dialog.data()));
-    }
-    ~Opened() { delete dialog.data(); }
-
-    template <typename T>
-    T *child(const char *name) const { return dialog->findChild<T *>(QLatin1String(name)); }
-    QLineEdit *password() const { return child<QLineEdit>("lineEdit_psw"); }
-
-    PasswordKeyboard *pressPasswordField()
-    {
-        QTest::mousePress(password(), Qt::LeftButton);
-        PasswordKeyboard *keyboard = dialog->keyboard();
-        if (keyboard && !QTest::qWaitForWindowExposed(keyboard))
-            return nullptr;
-        return keyboard;
-    }
-    void press(const QString &key)
-    {
-        PasswordKeyboard *keyboard = dialog->keyboard();
-        QVERIFY2(keyboard, "no keyboard open");
-        QPushButton *button = keyboard->key(key);
-        QVERIFY2(button, qPrintable(key));
-        QTest::mouseClick(button, Qt::LeftButton);
-    }
-    QString line() const { return dialog->keyboard() ? dialog->keyboard()->line()->text() : QString(); }
-    void connectClicked() { QTest::mouseClick(child<QPushButton>("pushButton_connect"), Qt::LeftButton); }
-
-    QPointer<WirelessPswDialog> dialog;
-    QSignalSpy closed;
-};
 
 struct MessageSeen
 {
@@ -127,15 +67,6 @@ private slots:
     void shortPasswordRefused_data();
     void shortPasswordRefused();
     void eightBlanksFromTheSpaceKey();
-    void capsTurnsDigitsIntoSymbols();
-    void capsRelabelsEveryCharacterKey();
-    void keysTypeTheirCharacters_data();
-    void keysTypeTheirCharacters();
-    void backAndClear();
-    void enterCopiesIntoThePasswordField();
-    void xClosesTheKeyboard();
-    void everyPressBuildsAFreshKeyboard();
-    void pressesDoNotPileUpKeyboards();
     void textsCutToTheirCharacterCount();
     void longPasswords_data();
     void longPasswords();
@@ -143,13 +74,15 @@ private slots:
     void endsOnceOnEachPath();
     void keyClick_data();
     void keyClick();
+    void fitsThePanel_data();
+    void fitsThePanel();
 };
 
 void TestWirelessPswDialog::form()
 {
     TestPanel panel;
-    Opened o;
-    QCOMPARE(o.dialog->ssid(), Ssid);
+    PswDialogRig o;
+    QCOMPARE(o.dialog->ssid(), Rig::Ssid);
     QCOMPARE(o.dialog->windowTitle(), QStringLiteral("Dialog"));
     QVERIFY(o.dialog->windowFlags() & Qt::FramelessWindowHint);
     QCOMPARE(o.child<QLabel>("label_title")->text(), QStringLiteral("Input the password of Office"));
@@ -190,7 +123,7 @@ void TestWirelessPswDialog::form()
 void TestWirelessPswDialog::showPassword()
 {
     TestPanel panel;
-    Opened o;
+    PswDialogRig o;
     auto *box = o.child<QCheckBox>("checkBox_showPsw");
     // On the box itself: the row is wider than the box and its text.
     const QPoint onBox(4, box->height() / 2);
@@ -205,9 +138,9 @@ void TestWirelessPswDialog::eightCharactersConnect()
     TestPanel panel;
     FifoReader host(panel.path(QStringLiteral("/tmp/fifo_sysreg")));
     QVERIFY(host.isOpen());
-    setRegisterByte(SysRegIdx::WlanState, 4);
-    setRegisterByte(SysRegIdx::WlanConnectRequest, 0);
-    Opened o;
+    Rig::setRegisterByte(SysRegIdx::WlanState, 4);
+    Rig::setRegisterByte(SysRegIdx::WlanConnectRequest, 0);
+    PswDialogRig o;
     o.password()->setText(QStringLiteral("pa55word"));
     QTest::ignoreMessage(QtDebugMsg, "connect_wifiName: Office");
     QTest::ignoreMessage(QtDebugMsg, "connect_wifipass: pa55word");
@@ -216,10 +149,10 @@ void TestWirelessPswDialog::eightCharactersConnect()
 
     QCOMPARE(o.closed.size(), 1);
     QCOMPARE(o.closed.at(0).at(0).toInt(), 1);
-    QCOMPARE(registerBytes(SysRegIdx::WlanSsid), padded("Office", 32));
-    QCOMPARE(registerBytes(SysRegIdx::WlanPassphrase), padded("pa55word", PassphraseLength));
-    QCOMPARE(registerByte(SysRegIdx::WlanConnectRequest) & 1, 1);
-    QCOMPARE(registerByte(SysRegIdx::WlanState), quint8(0));
+    QCOMPARE(Rig::registerBytes(SysRegIdx::WlanSsid), Rig::padded("Office", 32));
+    QCOMPARE(Rig::registerBytes(SysRegIdx::WlanPassphrase), Rig::padded("pa55word", PassphraseLength));
+    QCOMPARE(Rig::registerByte(SysRegIdx::WlanConnectRequest) & 1, 1);
+    QCOMPARE(Rig::registerByte(SysRegIdx::WlanState), quint8(0));
     QCOMPARE(host.registerIndices(), (QList<quint32>{103, 104, 101, 100}));
     QCOMPARE(o.dialog->result(), int(QDialog::Accepted));
     QTRY_VERIFY(o.dialog.isNull());
@@ -253,11 +186,11 @@ void TestWirelessPswDialog::shortPasswordRefused()
     QFETCH(int, icon);
     TestPanel panel;
     FifoReader host(panel.path(QStringLiteral("/tmp/fifo_sysreg")));
-    setRegisterByte(SysRegIdx::Language, language);
-    setRegisterByte(SysRegIdx::WlanState, 4);
+    Rig::setRegisterByte(SysRegIdx::Language, language);
+    Rig::setRegisterByte(SysRegIdx::WlanState, 4);
     const QByteArray words = panel.readFile(SystemWords);
-    const quint8 request = registerByte(SysRegIdx::WlanConnectRequest);
-    Opened o;
+    const quint8 request = Rig::registerByte(SysRegIdx::WlanConnectRequest);
+    PswDialogRig o;
     o.password()->setText(password);
     MessageSeen seen;
     answerNextMessage(&seen);
@@ -271,7 +204,7 @@ void TestWirelessPswDialog::shortPasswordRefused()
     QVERIFY(o.dialog && o.dialog->isVisible());
     QCOMPARE(o.closed.size(), 0);
     QCOMPARE(panel.readFile(SystemWords), words);
-    QCOMPARE(registerByte(SysRegIdx::WlanConnectRequest), request);
+    QCOMPARE(Rig::registerByte(SysRegIdx::WlanConnectRequest), request);
     QVERIFY(host.registerIndices().isEmpty());
 }
 
@@ -279,178 +212,18 @@ void TestWirelessPswDialog::eightBlanksFromTheSpaceKey()
 {
     TestPanel panel;
     FifoReader host(panel.path(QStringLiteral("/tmp/fifo_sysreg")));
-    Opened o;
+    PswDialogRig o;
     QVERIFY(o.pressPasswordField());
     for (int i = 0; i < 8; ++i)
-        o.press(QStringLiteral("button_kongge"));
+        QVERIFY(o.press(QStringLiteral("button_kongge")));
     QCOMPARE(o.line(), QString(8, ' '));
-    o.press(QStringLiteral("button_enter"));
+    QVERIFY(o.press(QStringLiteral("button_enter")));
     QCOMPARE(o.password()->text(), QString(8, ' '));
     o.connectClicked();
     QCOMPARE(o.closed.size(), 1);
     QCOMPARE(o.closed.at(0).at(0).toInt(), 1);
-    QCOMPARE(registerBytes(SysRegIdx::WlanPassphrase), padded(QByteArray(8, ' '), PassphraseLength));
+    QCOMPARE(Rig::registerBytes(SysRegIdx::WlanPassphrase), Rig::padded(QByteArray(8, ' '), PassphraseLength));
     QCOMPARE(host.registerIndices(), (QList<quint32>{103, 104, 101, 100}));
-}
-
-void TestWirelessPswDialog::capsTurnsDigitsIntoSymbols()
-{
-    TestPanel panel;
-    Opened o;
-    QVERIFY(o.pressPasswordField());
-    QVERIFY(!o.dialog->capsOn());
-    o.press(QStringLiteral("button_caps"));
-    QVERIFY(o.dialog->capsOn());
-    o.press(QStringLiteral("button_1"));
-    QCOMPARE(o.line(), QStringLiteral("!"));
-    o.press(QStringLiteral("button_caps"));
-    QVERIFY(!o.dialog->capsOn());
-    o.press(QStringLiteral("button_1"));
-    QCOMPARE(o.line(), QStringLiteral("!1"));
-}
-
-void TestWirelessPswDialog::capsRelabelsEveryCharacterKey()
-{
-    TestPanel panel;
-    Opened o;
-    PasswordKeyboard *keyboard = o.pressPasswordField();
-    QVERIFY(keyboard);
-    for (bool caps : {true, false, true}) {
-        o.press(QStringLiteral("button_caps"));
-        for (int i = 0; i < PasswordKeyTable::KeyCount; ++i) {
-            const PasswordKeyTable::Key &key = PasswordKeyTable::keys()[i];
-            QString shown = keyboard->key(i)->text();
-            shown.replace(QStringLiteral("&&"), QStringLiteral("&"));
-            QCOMPARE(shown, PasswordKeyTable::caption(key, caps));
-        }
-    }
-    // The "7" key shows its "&" rather than taking it for a shortcut mark.
-    QCOMPARE(keyboard->key(QStringLiteral("button_7"))->text(), QStringLiteral("&&"));
-    QCOMPARE(keyboard->key(QStringLiteral("button_a"))->text(), QStringLiteral("A"));
-    QCOMPARE(keyboard->key(QStringLiteral("button_caps"))->text(), QStringLiteral("Caps"));
-}
-
-void TestWirelessPswDialog::keysTypeTheirCharacters_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("caps");
-    for (int i = 0; i < PasswordKeyTable::KeyCount; ++i) {
-        const PasswordKeyTable::Key &key = PasswordKeyTable::keys()[i];
-        if (key.action != PasswordKeyTable::Character)
-            continue;
-        QTest::addRow("%s off", key.name) << QString::fromLatin1(key.name) << false;
-        QTest::addRow("%s on", key.name) << QString::fromLatin1(key.name) << true;
-    }
-}
-
-void TestWirelessPswDialog::keysTypeTheirCharacters()
-{
-    QFETCH(QString, name);
-    QFETCH(bool, caps);
-    TestPanel panel;
-    Opened o;
-    QVERIFY(o.pressPasswordField());
-    if (caps)
-        o.press(QStringLiteral("button_caps"));
-    o.press(name);
-    o.press(name);
-    const QString character = PasswordKeyTable::caption(*PasswordKeyTable::find(name), caps);
-    QCOMPARE(o.line(), character + character);
-    o.press(QStringLiteral("button_enter"));
-    QCOMPARE(o.password()->text(), character + character);
-}
-
-void TestWirelessPswDialog::backAndClear()
-{
-    TestPanel panel;
-    Opened o;
-    QVERIFY(o.pressPasswordField());
-    o.press(QStringLiteral("button_back"));
-    QCOMPARE(o.line(), QString());
-    for (const char *key : {"button_a", "button_b", "button_c"})
-        o.press(QLatin1String(key));
-    o.press(QStringLiteral("button_back"));
-    QCOMPARE(o.line(), QStringLiteral("ab"));
-    o.press(QStringLiteral("button_clear"));
-    QCOMPARE(o.line(), QString());
-    o.press(QStringLiteral("button_back"));
-    QCOMPARE(o.line(), QString());
-    QVERIFY(o.dialog->keyboard()->isVisible());
-}
-
-void TestWirelessPswDialog::enterCopiesIntoThePasswordField()
-{
-    TestPanel panel;
-    Opened o;
-    o.password()->setText(QStringLiteral("old text"));
-    QPointer<PasswordKeyboard> keyboard = o.pressPasswordField();
-    QVERIFY(keyboard);
-    o.press(QStringLiteral("button_x"));
-    o.press(QStringLiteral("button_y"));
-    QTest::ignoreMessage(QtDebugMsg, "enter data: xy");
-    o.press(QStringLiteral("button_enter"));
-    QCOMPARE(o.password()->text(), QStringLiteral("xy"));
-    QVERIFY(!keyboard || !keyboard->isVisible());
-    QTRY_VERIFY(keyboard.isNull());
-    QVERIFY(!o.dialog->keyboard());
-    QCOMPARE(o.closed.size(), 0);
-}
-
-void TestWirelessPswDialog::xClosesTheKeyboard()
-{
-    TestPanel panel;
-    Opened o;
-    o.password()->setText(QStringLiteral("kept"));
-    QPointer<PasswordKeyboard> keyboard = o.pressPasswordField();
-    QVERIFY(keyboard);
-    o.press(QStringLiteral("button_q"));
-    QTest::mouseClick(keyboard->closeButton(), Qt::LeftButton);
-    QTRY_VERIFY(keyboard.isNull());
-    QCOMPARE(o.password()->text(), QStringLiteral("kept"));
-    QVERIFY(o.dialog->isVisible());
-    QCOMPARE(o.closed.size(), 0);
-}
-
-void TestWirelessPswDialog::everyPressBuildsAFreshKeyboard()
-{
-    TestPanel panel;
-    Opened o;
-    QPointer<PasswordKeyboard> first = o.pressPasswordField();
-    QVERIFY(first);
-    o.press(QStringLiteral("button_caps"));
-    o.press(QStringLiteral("button_a"));
-    QCOMPARE(o.line(), QStringLiteral("A"));
-
-    QPointer<PasswordKeyboard> second = o.pressPasswordField();
-    QVERIFY(second && second != first);
-    QVERIFY(first.isNull());
-    QVERIFY(!o.dialog->capsOn());
-    QCOMPARE(second->line()->text(), QString());
-    QCOMPARE(second->key(QStringLiteral("button_a"))->text(), QStringLiteral("a"));
-    o.press(QStringLiteral("button_a"));
-    QCOMPARE(o.line(), QStringLiteral("a"));
-
-    // After ENTER closed it, a press opens yet another one.
-    o.press(QStringLiteral("button_enter"));
-    QPointer<PasswordKeyboard> third = o.pressPasswordField();
-    QVERIFY(third && third != second && third->isVisible());
-    QCOMPARE(third->line()->text(), QString());
-}
-
-void TestWirelessPswDialog::pressesDoNotPileUpKeyboards()
-{
-    TestPanel panel;
-    Opened o;
-    for (int i = 0; i < 50; ++i) {
-        QVERIFY(o.pressPasswordField());
-        if (i % 2)
-            o.press(QStringLiteral("button_enter"));
-        else if (i % 3 == 0)
-            QTest::mouseClick(o.dialog->keyboard()->closeButton(), Qt::LeftButton);
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(o.dialog->findChildren<PasswordKeyboard *>().size() <= 1);
-    }
-    QVERIFY(o.dialog->findChildren<QPushButton *>().size() <= 4 + PasswordKeyTable::KeyCount + 1);
 }
 
 void TestWirelessPswDialog::textsCutToTheirCharacterCount()
@@ -460,14 +233,14 @@ void TestWirelessPswDialog::textsCutToTheirCharacterCount()
     auto restore = qScopeGuard([previous] { QTextCodec::setCodecForLocale(previous); });
     // As the WLAN page leaves it after reading the scan list.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("GB2312"));
-    Opened o(QStringLiteral("无线网络"));
+    PswDialogRig o(QStringLiteral("无线网络"));
     o.password()->setText(QStringLiteral("密码密码1234"));
     o.connectClicked();
     QCOMPARE(o.closed.size(), 1);
     // Four characters, eight bytes: "无线" is what fits the count.
-    QCOMPARE(registerBytes(SysRegIdx::WlanSsid), padded("\xce\xde\xcf\xdf", 32));
-    QCOMPARE(registerBytes(SysRegIdx::WlanPassphrase),
-             padded("\xc3\xdc\xc2\xeb\xc3\xdc\xc2\xeb", PassphraseLength));
+    QCOMPARE(Rig::registerBytes(SysRegIdx::WlanSsid), Rig::padded("\xce\xde\xcf\xdf", 32));
+    QCOMPARE(Rig::registerBytes(SysRegIdx::WlanPassphrase),
+             Rig::padded("\xc3\xdc\xc2\xeb\xc3\xdc\xc2\xeb", PassphraseLength));
 }
 
 void TestWirelessPswDialog::longPasswords_data()
@@ -489,14 +262,14 @@ void TestWirelessPswDialog::longPasswords()
         words[PassphraseOffset + PassphraseLength - 1 + i] = char(0xa5);
     QVERIFY(panel.writeFile(SystemWords, words));
 
-    Opened o;
+    PswDialogRig o;
     QString password;
     for (int i = 0; i < length; ++i)
         password += QChar(QLatin1Char(char('a' + i % 26)));
     o.password()->setText(password);
     o.connectClicked();
     QCOMPARE(o.closed.size(), 1);
-    QCOMPARE(registerBytes(SysRegIdx::WlanPassphrase), password.left(PassphraseLength).toLatin1());
+    QCOMPARE(Rig::registerBytes(SysRegIdx::WlanPassphrase), password.left(PassphraseLength).toLatin1());
     const QByteArray after = panel.readFile(SystemWords);
     QCOMPARE(after.size(), words.size());
     QCOMPARE(after.mid(PassphraseOffset + PassphraseLength, 8), QByteArray(8, char(0xa5)));
@@ -518,7 +291,7 @@ void TestWirelessPswDialog::endsOnceOnEachPath()
     QFETCH(int, result);
     TestPanel panel;
     FifoReader host(panel.path(QStringLiteral("/tmp/fifo_sysreg")));
-    Opened o;
+    PswDialogRig o;
     o.password()->setText(QStringLiteral("12345678"));
     QPointer<PasswordKeyboard> keyboard = o.pressPasswordField();
     if (path == QLatin1String("escape"))
@@ -558,7 +331,7 @@ void TestWirelessPswDialog::keyClick()
                                  given ? nullptr : &window);
         settings->setValue(QStringLiteral("General/buzzer"), buzzer);
     }
-    Opened o(Ssid, &window);
+    PswDialogRig o(Rig::Ssid, &window);
     if (given)
         o.dialog->setSettings(settings);
     panel.clearCalls();
@@ -573,6 +346,64 @@ void TestWirelessPswDialog::keyClick()
     QCOMPARE(panel.calls(QStringLiteral("setbeep")).size(), beeps);
     if (given)
         delete settings;
+}
+
+void TestWirelessPswDialog::fitsThePanel_data()
+{
+    QTest::addColumn<QSize>("screen");
+    QTest::addColumn<bool>("chinese");
+    QTest::addColumn<QString>("ssid");
+    const QString longest(32, QLatin1Char('W'));
+    for (const QSize &screen : {QSize(800, 480), QSize(1920, 1080)}) {
+        for (bool chinese : {false, true}) {
+            for (const QString &ssid : {Rig::Ssid, longest}) {
+                QTest::addRow("%dx%d %s %d", screen.width(), screen.height(), chinese ? "Chinese" : "English",
+                              ssid.size())
+                    << screen << chinese << ssid;
+            }
+        }
+    }
+}
+
+void TestWirelessPswDialog::fitsThePanel()
+{
+    QFETCH(QSize, screen);
+    QFETCH(bool, chinese);
+    QFETCH(QString, ssid);
+    TestPanel panel;
+    QTranslator translator;
+    if (chinese) {
+        QVERIFY(translator.load(QStringLiteral(":/Languages/Translate_CN.qm")));
+        QCoreApplication::installTranslator(&translator);
+    }
+    auto untranslate = qScopeGuard([&translator] { QCoreApplication::removeTranslator(&translator); });
+    Rig o(ssid);
+    o.dialog->resizeUIWgt(screen);
+    QTRY_VERIFY(o.dialog->layout()->geometry().size() == o.dialog->size());
+    QVERIFY(o.dialog->width() <= screen.width() && o.dialog->height() <= screen.height());
+    if (chinese)
+        QCOMPARE(o.child<QPushButton>("pushButton_connect")->text(), QStringLiteral("连接"));
+
+    QList<QWidget *> shown;
+    for (const char *name : {"label_title", "pushButton_close", "label", "lineEdit_psw", "checkBox_showPsw",
+                             "pushButton_cancel", "pushButton_connect"})
+        shown << o.child<QWidget>(name);
+    for (QWidget *widget : shown) {
+        QVERIFY(widget && widget->isVisible());
+        const QRect r(widget->mapTo(o.dialog.data(), QPoint(0, 0)), widget->size());
+        QVERIFY2(o.dialog->rect().contains(r), qPrintable(widget->objectName() + QStringLiteral(" leaves the dialog")));
+        // Narrower than it asks for would clip its text; the close button is
+        // a picture of the size the title bar gives it.
+        if (!qobject_cast<QLineEdit *>(widget) && widget->objectName() != QLatin1String("pushButton_close"))
+            QVERIFY2(widget->width() >= widget->sizeHint().width(),
+                     qPrintable(QStringLiteral("%1: %2 < %3").arg(widget->objectName()).arg(widget->width())
+                                .arg(widget->sizeHint().width())));
+        for (QWidget *other : shown) {
+            const QRect o2(other->mapTo(o.dialog.data(), QPoint(0, 0)), other->size());
+            QVERIFY2(other == widget || !r.intersects(o2),
+                     qPrintable(widget->objectName() + QStringLiteral(" overlaps ") + other->objectName()));
+        }
+    }
 }
 
 PANEL_GUI_TEST_MAIN(TestWirelessPswDialog)
