@@ -72,6 +72,9 @@ private slots:
     void longPasswords();
     void endsOnceOnEachPath_data();
     void endsOnceOnEachPath();
+    void pageMayDeleteTheDialogOnItsEnd_data();
+    void pageMayDeleteTheDialogOnItsEnd();
+    void dialogsDoNotPileUpUnderThePage();
     void keyClick_data();
     void keyClick();
     void fitsThePanel_data();
@@ -305,6 +308,52 @@ void TestWirelessPswDialog::endsOnceOnEachPath()
     QVERIFY(keyboard.isNull());
     QCOMPARE(o.closed.size(), 1);
     QCOMPARE(host.registerIndices().size(), result ? 4 : 0);
+}
+
+void TestWirelessPswDialog::pageMayDeleteTheDialogOnItsEnd_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<bool>("now");
+    for (const char *path : {"pushButton_connect", "pushButton_cancel", "pushButton_close"}) {
+        QTest::addRow("%s, delete", path) << path << true;
+        QTest::addRow("%s, deleteLater", path) << path << false;
+    }
+}
+
+void TestWirelessPswDialog::pageMayDeleteTheDialogOnItsEnd()
+{
+    QFETCH(QString, path);
+    QFETCH(bool, now);
+    TestPanel panel;
+    Rig o;
+    o.password()->setText(QStringLiteral("12345678"));
+    QVERIFY(o.pressPasswordField());
+    WirelessPswDialog *dialog = o.dialog.data();
+    int heard = 0;
+    connect(dialog, &WirelessPswDialog::frame_close, this, [dialog, now, &heard](int) {
+        ++heard;
+        if (now)
+            delete dialog;
+        else
+            dialog->deleteLater();
+    });
+    QTest::mouseClick(o.child<QPushButton>(path.toLatin1().constData()), Qt::LeftButton);
+    QTRY_VERIFY(o.dialog.isNull());
+    QCOMPARE(heard, 1);
+}
+
+void TestWirelessPswDialog::dialogsDoNotPileUpUnderThePage()
+{
+    TestPanel panel;
+    QWidget page;
+    const int children = page.children().size();
+    for (int i = 0; i < 100; ++i) {
+        Rig o(Rig::Ssid, &page);
+        o.pressPasswordField();
+        QTest::mouseClick(o.child<QPushButton>(i % 2 ? "pushButton_cancel" : "pushButton_close"), Qt::LeftButton);
+        QTRY_VERIFY(o.dialog.isNull());
+    }
+    QCOMPARE(page.children().size(), children);
 }
 
 void TestWirelessPswDialog::keyClick_data()
