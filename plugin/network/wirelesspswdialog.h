@@ -36,7 +36,8 @@ public:
     void resizeUIWgt(const QSize &screen);
 
     // The configuration whose "General/buzzer" decides the key click. Without
-    // one the dialog uses the configuration of the window it sits in, if any.
+    // one the dialog uses the configuration the settings window keeps as its
+    // child, if the dialog sits in one; with neither, the keys stay silent.
     void setSettings(QSettings *settings);
 
     // The keyboard opened by the last press on the password field, while it
