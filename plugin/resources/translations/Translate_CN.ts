@@ -377,4 +377,31 @@
         <translation>已连接</translation>
     </message>
 </context>
+<context>
+    <name>WirelessPswDialog</name>
+    <message>
+        <source>Input Password </source>
+        <translation>输入密码 </translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>密码</translation>
+    </message>
+    <message>
+        <source>Show password</source>
+        <translation>显示密码</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>连接</translation>
+    </message>
+    <message>
+        <source>Input the password of %1</source>
+        <translation>请输入 %1 的密码</translation>
+    </message>
+</context>
 </TS>

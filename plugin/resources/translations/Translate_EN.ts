@@ -377,4 +377,31 @@
         <translation>connected</translation>
     </message>
 </context>
+<context>
+    <name>WirelessPswDialog</name>
+    <message>
+        <source>Input Password </source>
+        <translation>Input Password </translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Password</translation>
+    </message>
+    <message>
+        <source>Show password</source>
+        <translation>Show password</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Connect</translation>
+    </message>
+    <message>
+        <source>Input the password of %1</source>
+        <translation>Input the password of %1</translation>
+    </message>
+</context>
 </TS>
