@@ -1,28 +1,644 @@
 #include "wirelesswgtui.h"
+#include "ui_wirelesswgtui.h"
+
+#include "adapterlist.h"
+#include "addressregister.h"
+#include "eeinfohandle.h"
+#include "encryptionlist.h"
+#include "keyclick.h"
+#include "languagemessage.h"
+#include "networksettings.h"
+#include "panelroot.h"
+#include "resolverfile.h"
+#include "savedpasswords.h"
+#include "scanlist.h"
+#include "sysreg.h"
+#include "testbuttonstyle.h"
+#include "wirelesspagelook.h"
+#include "wirelesspswdialog.h"
+#include "wlanaddressing.h"
+#include "wlanstatus.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QListWidgetItem>
+#include <QLoggingCategory>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QSettings>
+#include <QSignalBlocker>
+#include <QTextCodec>
+#include <QThread>
+#include <QTimer>
+
+Q_LOGGING_CATEGORY(lcWireless, "tavro.settings.wireless")
+
+namespace {
+
+const char ScanListPath[] = "/tmp/scan_parse";
+const char EncryptionListPath[] = "/tmp/wifiEnc";
+const char SavedPasswordPath[] = "/hmi_data/WiFipassword";
+const char ResetFlagPath[] = "/tmp/ResetWifiFlag";
+const char SettingsPath[] = "/hmi/Config/system_settings.ini";
+const char StaticKey[] = "WirelessNetwork/static";
+const char NoAddress[] = "0.0.0.0";
+
+constexpr int ScanPeriodMs = 1000;
+constexpr int ScanButtonRestoreMs = 100;
+// The DHCP lease usually arrives within this; the page then shows it.
+constexpr unsigned long LeaseWaitSeconds = 1;
+constexpr int ItemHeight = 50;
+constexpr int ListIconSize = 30;
+// Items keep the path of their signal picture, for whoever inspects the list.
+constexpr int IconPathRole = Qt::UserRole;
+
+// Register sizes of the table: the register layer always stores these.
+constexpr int SsidRegisterSize = 32;
+constexpr int PasswordRegisterSize = 63;
+constexpr int MacRegisterSize = 12;
+
+quint8 registerByte(unsigned index)
+{
+    quint8 value = 0;
+    SysReg_Read(index, &value);
+    return value;
+}
+
+void writeByte(unsigned index, quint8 value)
+{
+    SysReg_WriteNotify(index, &value, 1);
+}
+
+// `text` in a zeroed buffer of the register's size, cut at `length` bytes.
+void writeText(unsigned index, const QByteArray &text, int length, int registerSize)
+{
+    QByteArray buffer(registerSize + 1, '\0');
+    const QByteArray cut = text.left(qMin(length, registerSize));
+    std::copy(cut.cbegin(), cut.cend(), buffer.begin());
+    SysReg_WriteNotify(index, buffer.constData(), unsigned(registerSize));
+}
+
+QByteArray readText(unsigned index, int registerSize)
+{
+    QByteArray buffer(registerSize + 1, '\0');
+    SysReg_Read(index, buffer.data());
+    return QByteArray(buffer.constData());      // up to the first NUL
+}
+
+QSettings *openSettings(QObject *parent)
+{
+    return new QSettings(PanelRoot::path(QString::fromLatin1(SettingsPath)), QSettings::IniFormat, parent);
+}
+
+QStringList defaultInterfaceLookup(const QString &name)
+{
+    const QNetworkInterface interface = QNetworkInterface::interfaceFromName(name);
+    if (!interface.isValid())
+        return {};
+    return NetworkSettings::addressList(interface.flags(), interface.addressEntries());
+}
+
+} // namespace
 
 bool WirelessWgtUI::m_isStaticIP = false;
 
 WirelessWgtUI::WirelessWgtUI(QWidget *parent)
     : QWidget(parent)
+    , ui(new Ui::WirelessWgtUI)
+    , m_lookup(defaultInterfaceLookup)
 {
-    setObjectName(QStringLiteral("WirelessWgtUI"));
+    ui->setupUi(this);
+    EEInfoHandle::instance()->read_flash_r_info(&m_readOnly);
+    initUI();
+    connect(ui->switchbox_disableNet, SIGNAL(statusChanged(bool)), this, SLOT(slot_switchBox_disableNet_toggled(bool)));
+    connect(ui->switchbox_staticIP, SIGNAL(statusChanged(bool)), this, SLOT(slot_switchBox_staticIP_toggled(bool)));
+    connect(ui->ipLineEdit_dns1, SIGNAL(valueChanged()), this, SLOT(recvDns1ChangeSlot()));
+    connect(ui->ipLineEdit_dns2, SIGNAL(valueChanged()), this, SLOT(recvDns2ChangeSlot()));
+    connect(ui->ipLineEdit_ip, SIGNAL(valueChanged()), this, SLOT(recvIpChangeSlot()));
+    connect(ui->ipLineEdit_mask, SIGNAL(valueChanged()), this, SLOT(recvsubMaskChangeSlot()));
+    connect(ui->ipLineEdit_gateway, SIGNAL(valueChanged()), this, SLOT(recvgateWayChangeSlot()));
+    m_scanTimer = new QTimer(this);
+    connect(m_scanTimer, SIGNAL(timeout()), this, SLOT(KscanWifiList_Timer()));
+    m_scanTimer->start(ScanPeriodMs);
+    m_wifiState = registerByte(SysRegIdx::WlanState);
+    m_wifiDisabled = 0;
+    m_pswDialog = nullptr;
+}
+
+WirelessWgtUI::~WirelessWgtUI()
+{
+    delete ui;
+}
+
+void WirelessWgtUI::initUI()
+{
+    addUIStyles();
+    adjustWgtSize();
+    ui->stackedWidget->setCurrentIndex(0);
+    ui->groupBox_skip->installEventFilter(this);
+    initIpData();
+    const bool disabled = registerByte(SysRegIdx::WlanDisabled) & 1;
+    setWifiWgtEnable(disabled);
+    ui->switchbox_disableNet->setChecked(disabled);
+    m_initializing = true;
+    fillAdapterList();
+    m_initializing = false;
+}
+
+void WirelessWgtUI::fillAdapterList()
+{
+    ui->comboBox_network->clear();
+    ui->comboBox_network->addItem(QString());
+    ui->comboBox_network->addItem(tr("wired network0"));
+    if (secondPort())
+        ui->comboBox_network->addItem(tr("wired network1"));
+    if (!(registerByte(SysRegIdx::WlanDisabled) & 1))
+        ui->comboBox_network->addItem(tr("wireless network"));
+    const int stored = registerByte(SysRegIdx::DefaultAdapter);
+    ui->comboBox_network->setCurrentIndex(stored < ui->comboBox_network->count() ? stored : 0);
+}
+
+void WirelessWgtUI::addUIStyles()
+{
+    WirelessPageLook::applyStyles(ui, this);
+    ui->pushButton_test->setStyleSheet(TestButtonStyle::idle(QStringLiteral("pushButton_test")));
+    ui->pushButton_refreshWlan->setSvgFilepath(QStringLiteral(":/Resources/refresh.svg"));
+}
+
+void WirelessWgtUI::adjustWgtSize()
+{
+    WirelessPageLook::applySizes(ui, m_readOnly.screenWidth());
+}
+
+void WirelessWgtUI::initIpData()
+{
+    QScopedPointer<QSettings> settings(openSettings(nullptr));
+    m_isStaticIP = settings->value(QLatin1String(StaticKey)).toString() == QLatin1String("true");
+    ui->switchbox_staticIP->setChecked(m_isStaticIP);
+    setAddressBlockEnabled(m_isStaticIP);
+    EEInfoDetail::Flash_WR_1 record {};
+    EEInfoHandle::instance()->read_flash_wr1_info(&record);
+    if (m_isStaticIP && EEInfoHandle::instance()->lastReadComplete()) {
+        showRecordAddresses(record);
+    } else {
+        for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway})
+            field->setIPVal(QLatin1String(NoAddress));
+    }
+    ui->ipLineEdit_dns1->setIPVal(ResolverFile::systemServer(ResolverFile::wlanTag(), ResolverFile::First));
+    ui->ipLineEdit_dns2->setIPVal(ResolverFile::systemServer(ResolverFile::wlanTag(), ResolverFile::Backup));
+    ui->lineEdit_macAddr->setText(WlanStatus::macText(QByteArray(), QString()));
 }
 
 void WirelessWgtUI::getEEDate(EEInfoDetail::Flash_WR_1 &record, EEInfoDetail::Flash_ROnly &readOnly)
 {
     m_record = record;
     m_readOnly = readOnly;
+    if (m_isStaticIP)
+        showRecordAddresses(m_record);
+}
+
+void WirelessWgtUI::showRecordAddresses(const EEInfoDetail::Flash_WR_1 &record)
+{
+    const quint32 address = record.wlanIp;
+    const quint32 mask = record.wlanMask;
+    const quint32 gateway = record.wlanGateway;
+    ui->ipLineEdit_ip->setIPVal(WlanAddressing::recordText(address));
+    ui->ipLineEdit_mask->setIPVal(WlanAddressing::recordText(mask));
+    ui->ipLineEdit_gateway->setIPVal(WlanAddressing::recordText(gateway));
 }
 
 void WirelessWgtUI::refresh()
 {
+    ui->retranslateUi(this);
+    QComboBox *list = ui->comboBox_network;
+    const QSignalBlocker blocker(list);
+    const bool wlanOff = registerByte(SysRegIdx::WlanDisabled) & 1;
+    if (list->count() > 0)
+        list->setItemText(0, QString());
+    if (list->count() > 1)
+        list->setItemText(1, tr("wired network0"));
+    if (list->count() == 4) {
+        list->setItemText(2, tr("wired network1"));
+        if (!wlanOff)
+            list->setItemText(3, tr("wireless network"));
+    } else if (list->count() > 2) {
+        list->setItemText(2, wlanOff ? tr("wired network1") : tr("wireless network"));
+    }
+    ui->label_wifiStatus->setText(m_wifiState == WlanStatus::Connected && !m_wifiDisabled ? tr("Online")
+                                                                                           : tr("Disabled"));
 }
 
 void WirelessWgtUI::setPintTestBtnStyle()
 {
+    ui->pushButton_test->setStyleSheet(TestButtonStyle::idle(QStringLiteral("pushButton_test")));
+}
+
+void WirelessWgtUI::on_pushButton_test_clicked()
+{
+    playKeyClick();
+    emit pingTestSignal();
+    ui->pushButton_test->setStyleSheet(TestButtonStyle::running(QStringLiteral("pushButton_test")));
 }
 
 void WirelessWgtUI::on_updateDefaultNetwork(int index)
 {
-    m_defaultNetwork = index;
+    if (index < 0 || index >= ui->comboBox_network->count())
+        return;
+    // Mirrors the choice made elsewhere; it must not be announced again.
+    const QSignalBlocker blocker(ui->comboBox_network);
+    ui->comboBox_network->setCurrentIndex(index);
+}
+
+void WirelessWgtUI::on_comboBox_network_currentIndexChanged(const QString &text)
+{
+    if (m_initializing)
+        return;
+    const AdapterList::Choice choice = AdapterList::choice(text, AdapterList::Wlan, secondPort());
+    if (choice.index < 0)
+        return;
+    emit updateDefaultNetworkSignal(choice.index);
+    if (!choice.interfaceName.isEmpty())
+        changeResolvDnsFile(choice.interfaceName);
+}
+
+void WirelessWgtUI::changeResolvDnsFile(QString interfaceName)
+{
+    ResolverFile::putFirst(interfaceName);
+}
+
+QStringList WirelessWgtUI::getipAddress(const QString &name) const
+{
+    return m_lookup ? m_lookup(name) : QStringList();
+}
+
+void WirelessWgtUI::setInterfaceLookup(const InterfaceLookup &lookup)
+{
+    m_lookup = lookup ? lookup : InterfaceLookup(defaultInterfaceLookup);
+}
+
+void WirelessWgtUI::playKeyClick()
+{
+    QScopedPointer<QSettings> settings(openSettings(nullptr));
+    KeyClick::play(settings.data());
+}
+
+void WirelessWgtUI::on_pushButton_refreshWlan_clicked()
+{
+    playKeyClick();
+    ui->pushButton_refreshWlan->setSvgFilepath(QStringLiteral(":/Resources/refresh-green.svg"));
+    ui->pushButton_refreshWlan->setEnabled(false);
+    qCDebug(lcWireless) << "on_pushButton_refreshWlan_clicked...";
+    writeByte(SysRegIdx::WlanScanRequest, 1);
+    QTimer::singleShot(ScanButtonRestoreMs, this, [this]() {
+        ui->pushButton_refreshWlan->setSvgFilepath(QStringLiteral(":/Resources/refresh.svg"));
+        ui->pushButton_refreshWlan->setEnabled(true);
+    });
+}
+
+void WirelessWgtUI::updateWlanList()
+{
+    const int count = registerByte(SysRegIdx::WlanScanCount);
+    if (count != 0) {
+        ui->listWidget_wifi->clear();
+        QByteArray bytes;
+        QString error;
+        if (!ScanList::readFile(QString::fromLatin1(ScanListPath), &bytes, &error))
+            qCDebug(lcWireless).noquote() << error;
+        // Kept process-wide on purpose: later local 8-bit conversions of
+        // SSIDs (the connection registers) use the scan list's encoding.
+        if (QTextCodec *codec = QTextCodec::codecForName("GB2312"))
+            QTextCodec::setCodecForLocale(codec);
+        const bool connected = registerByte(SysRegIdx::WlanState) == WlanStatus::Connected;
+        const QString connectedSsid = ScanList::decode(readText(SysRegIdx::WlanSsid, SsidRegisterSize));
+        for (const ScanList::Entry &entry : ScanList::parse(ScanList::decode(bytes))) {
+            const QString icon = ScanList::iconFor(entry.quality);
+            if (connected && entry.ssid == connectedSsid) {
+                ui->label_connectedWifiLogo->setPixmap(WirelessPageLook::picture(icon, WirelessPageLook::StateIconSize));
+                continue;
+            }
+            auto *item = new QListWidgetItem(entry.ssid, ui->listWidget_wifi);
+            item->setData(IconPathRole, icon);
+            item->setIcon(QIcon(WirelessPageLook::picture(icon, ListIconSize)));
+        }
+    }
+    ui->listWidget_wifi->setFixedHeight(ItemHeight * count);
+    ui->label_loading->hide();
+}
+
+void WirelessWgtUI::KscanWifiList_Timer()
+{
+    updateWlanList();
+    const int state = registerByte(SysRegIdx::WlanState);
+    const bool promptAllowed = !m_pswDialog && m_pswErrorSsid != m_clickedSsid;
+    const WlanStatus::Tick tick = WlanStatus::decide(state, m_wifiDisabled, m_wifiState, promptAllowed);
+    // The edge memory goes first: the message box below runs a nested event
+    // loop in which further ticks must see the error as already handled.
+    m_wifiState = tick.lastState;
+    switch (tick.action) {
+    case WlanStatus::ShowOnline:
+        showOnline();
+        break;
+    case WlanStatus::PromptPassword:
+        promptPasswordError();
+        break;
+    case WlanStatus::PromptSuppressed:
+        qCDebug(lcWireless) << "psdDialog not null........";
+        break;
+    case WlanStatus::ShowOffline:
+        showOffline();
+        break;
+    }
+    if (tick.scrollToTop)
+        ui->scrollArea_wifiSearchPage->verticalScrollBar()->setValue(0);
+}
+
+void WirelessWgtUI::showOnline()
+{
+    ui->label_wifiStatus->setText(tr(WlanStatus::statusSource(WlanStatus::ShowOnline)));
+    m_pswErrorSsid.clear();
+    const QString ssid = ScanList::decode(readText(SysRegIdx::WlanSsid, SsidRegisterSize)).simplified();
+    ui->label_connectedWlanNm->setText(ssid);
+    ui->label_connectedWifiName->setText(ssid);
+    const struct { unsigned index; IPLineEdit *field; } addresses[] = {
+        {SysRegIdx::WlanIp, ui->ipLineEdit_ip},
+        {SysRegIdx::WlanGateway, ui->ipLineEdit_gateway},
+        {SysRegIdx::WlanMask, ui->ipLineEdit_mask},
+    };
+    for (const auto &address : addresses) {
+        const QString text = AddressRegister::read(address.index);
+        if (address.field->getIPVal() != text)
+            address.field->setIPVal(text);
+    }
+    const QByteArray mac = readText(SysRegIdx::WlanMac, MacRegisterSize);
+    const QString shown = WlanStatus::macText(mac, m_macAddress);
+    if (!mac.isEmpty())
+        m_macAddress = shown;
+    ui->lineEdit_macAddr->clear();
+    ui->lineEdit_macAddr->setText(shown);
+    ui->label_connectedWifiState->setPixmap(
+        WirelessPageLook::picture(QStringLiteral(":/Resources/connected.svg"), WirelessPageLook::StateIconSize));
+    showDnsServers();
+}
+
+void WirelessWgtUI::showDnsServers()
+{
+    QFile file(PanelRoot::path(QString::fromLatin1(ResolverFile::Path)));
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return;
+    ui->ipLineEdit_dns1->setIPVal(QLatin1String(NoAddress));
+    ui->ipLineEdit_dns2->setIPVal(QLatin1String(NoAddress));
+    const QString text = ResolverFile::readText(file);
+    IPLineEdit *const fields[] = {ui->ipLineEdit_dns1, ui->ipLineEdit_dns2};
+    for (int role = ResolverFile::First; role <= ResolverFile::Backup; ++role) {
+        const QString server = ResolverFile::server(text, ResolverFile::wlanTag(), role);
+        if (fields[role]->getIPVal() != server)
+            fields[role]->setIPVal(server);
+    }
+}
+
+void WirelessWgtUI::showOffline()
+{
+    ui->label_wifiStatus->setText(tr(WlanStatus::statusSource(WlanStatus::ShowOffline)));
+    ui->label_connectedWlanNm->clear();
+    ui->label_connectedWifiName->clear();
+    ui->label_connectedWifiState->setPixmap(
+        WirelessPageLook::picture(QStringLiteral(":/Resources/unconnnected.svg"), WirelessPageLook::StateIconSize));
+    ui->label_connectedWifiLogo->setPixmap(
+        WirelessPageLook::picture(QStringLiteral(":/Resources/wifi0.svg"), WirelessPageLook::StateIconSize));
+}
+
+void WirelessWgtUI::promptPasswordError()
+{
+    LanguageMessage::warn(this, QStringLiteral("Password error, please re-enter"),
+                          QStringLiteral("密码错误，请重新输入"));
+    openPasswordDialog(m_clickedSsid);
+}
+
+void WirelessWgtUI::openPasswordDialog(const QString &ssid)
+{
+    m_pswDialog = new WirelessPswDialog(ssid, this);
+    connect(m_pswDialog, SIGNAL(frame_close(int)), this, SLOT(recv_psw_slot(int)));
+    m_pswDialog->show();
+}
+
+void WirelessWgtUI::recv_psw_slot(int result)
+{
+    // The dialog is done with once it reported; it must not pile up under
+    // the page, one per prompt, for as long as the window lives.
+    if (m_pswDialog)
+        m_pswDialog->deleteLater();
+    m_pswDialog = nullptr;
+    if (result != 0)
+        m_pswErrorSsid.clear();
+    else
+        m_pswErrorSsid = m_clickedSsid;
+}
+
+void WirelessWgtUI::on_listWidget_wifi_itemClicked(QListWidgetItem *item)
+{
+    if (!item)
+        return;
+    m_clickedSsid = item->text();
+    m_pswErrorSsid.clear();
+    QByteArray bytes;
+    if (!ScanList::readFile(QString::fromLatin1(EncryptionListPath), &bytes)) {
+        qCDebug(lcWireless) << "open /tmp/scan_result error";
+        return;
+    }
+    const EncryptionList::Kind kind = EncryptionList::lookup(ScanList::decode(bytes), m_clickedSsid);
+    if (kind == EncryptionList::NotListed)
+        return;
+    if (kind == EncryptionList::Open) {
+        requestConnection(m_clickedSsid, QByteArray());
+        return;
+    }
+    QByteArray table;
+    if (!SavedPasswords::readFile(QString::fromLatin1(SavedPasswordPath), &table))
+        return;
+    const SavedPasswords::Result saved = SavedPasswords::lookup(table, m_clickedSsid);
+    if (saved.found)
+        requestConnection(m_clickedSsid, saved.password);
+    else
+        openPasswordDialog(m_clickedSsid);
+}
+
+void WirelessWgtUI::requestConnection(const QString &ssid, const QByteArray &password)
+{
+    writeText(SysRegIdx::WlanSsid, ssid.toLocal8Bit(), ssid.size(), SsidRegisterSize);
+    writeText(SysRegIdx::WlanPassphrase, password, password.size(), PasswordRegisterSize);
+    writeByte(SysRegIdx::WlanConnectRequest, 1);
+    writeByte(SysRegIdx::WlanState, 0);
+}
+
+bool WirelessWgtUI::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != ui->groupBox_skip)
+        return QWidget::eventFilter(watched, event);
+    if (!ui->groupBox_skip->isEnabled())
+        return false;
+    if (event->type() == QEvent::MouseButtonPress) {
+        ui->groupBox_skip->setStyleSheet(QStringLiteral("QGroupBox{background: #e6e7e9;}"));
+        return true;
+    }
+    if (event->type() == QEvent::MouseButtonRelease) {
+        ui->stackedWidget->setCurrentIndex(1);
+        ui->label_loading->setPixmap(
+            WirelessPageLook::picture(QStringLiteral(":/Resources/loading.svg"), WirelessPageLook::StateIconSize));
+        ui->label_loading->show();
+        ui->groupBox_skip->setStyleSheet(QStringLiteral("QGroupBox{background: transparent;}"));
+        return true;
+    }
+    return false;
+}
+
+void WirelessWgtUI::on_stackedWidget_currentChanged(int index)
+{
+    if (index == 1)
+        updateWlanList();
+}
+
+void WirelessWgtUI::on_pushButton_backToPage_clicked()
+{
+    playKeyClick();
+    ui->stackedWidget->setCurrentIndex(0);
+}
+
+void WirelessWgtUI::slot_switchBox_disableNet_toggled(bool checked)
+{
+    qCDebug(lcWireless).nospace() << "wifi enable: " << (checked ? "true" : "false");
+    writeByte(SysRegIdx::WlanDisabled, checked ? 1 : 0);
+    setWifiWgtEnable(checked);
+    EEInfoHandle::instance()->read_flash_r_info(&m_readOnly);
+    const int row = AdapterList::linkRow(secondPort());
+    if (!checked) {
+        emit wifiEanbleSignal(0);
+        ui->comboBox_network->addItem(tr("wireless network"));
+        ui->comboBox_network->setItemText(row, tr("wireless network"));
+    } else {
+        emit wifiEanbleSignal(1);
+        ui->comboBox_network->removeItem(row);
+    }
+}
+
+void WirelessWgtUI::setWifiWgtEnable(bool disabled)
+{
+    ui->groupBox_skip->setEnabled(!disabled);
+    if (!disabled) {
+        m_wifiDisabled = 0;
+        ui->switchbox_staticIP->setEnabled(true);
+        return;
+    }
+    m_wifiDisabled = 1;
+    for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway})
+        field->setIPVal(QLatin1String(NoAddress));
+    ui->label_connectedWlanNm->clear();
+    ui->label_connectedWifiName->clear();
+    ui->label_wifiStatus->setText(tr(WlanStatus::statusSource(WlanStatus::ShowOffline)));
+    ui->switchbox_staticIP->setEnabled(false);
+    ui->listWidget_wifi->clear();
+    slot_switchBox_staticIP_toggled(false);
+}
+
+void WirelessWgtUI::setAddressBlockEnabled(bool enabled)
+{
+    for (QWidget *widget : std::initializer_list<QWidget *> {ui->label_ip, ui->ipLineEdit_ip, ui->label_mask,
+                                                             ui->ipLineEdit_mask, ui->label_gateway,
+                                                             ui->ipLineEdit_gateway})
+        widget->setEnabled(enabled);
+}
+
+void WirelessWgtUI::slot_switchBox_staticIP_toggled(bool on)
+{
+    EEInfoHandle::instance()->read_flash_r_info(&m_readOnly);
+    const int defaultAdapter = registerByte(SysRegIdx::DefaultAdapter);
+    ui->switchbox_staticIP->setChecked(on);
+    m_isStaticIP = on;
+    QScopedPointer<QSettings> settings(openSettings(nullptr));
+    settings->setValue(QLatin1String(StaticKey), on ? QStringLiteral("true") : QStringLiteral("false"));
+    settings->sync();
+    setAddressBlockEnabled(on);
+    if (on) {
+        EEInfoDetail::Flash_WR_1 record {};
+        EEInfoHandle::instance()->read_flash_wr1_info(&record);
+        showRecordAddresses(record);
+        AddressRegister::write(SysRegIdx::WlanIp, ui->ipLineEdit_ip->getIPVal());
+        AddressRegister::write(SysRegIdx::WlanMask, ui->ipLineEdit_mask->getIPVal());
+        AddressRegister::write(SysRegIdx::WlanGateway, ui->ipLineEdit_gateway->getIPVal());
+        WlanAddressing::stopDhcpClient();
+        return;
+    }
+    for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway})
+        field->setIPVal(QLatin1String(NoAddress));
+    const bool connected = registerByte(SysRegIdx::WlanState) == WlanStatus::Connected;
+    if (connected)
+        WlanAddressing::startDhcpClient();
+    // Blocks the screen on purpose: the lease should be there when the
+    // interface is read below.
+    QThread::sleep(LeaseWaitSeconds);
+    const QStringList lease = getipAddress(QStringLiteral("wlan0"));
+    if (lease.isEmpty() || !connected || !WlanAddressing::applyLease(lease, defaultAdapter, secondPort()))
+        WlanAddressing::clearRegisters();
+}
+
+void WirelessWgtUI::recvIpChangeSlot()
+{
+    updateSystemAndSaveToEE(WlanAddressing::Address, ui->ipLineEdit_ip->getIPVal());
+}
+
+void WirelessWgtUI::recvsubMaskChangeSlot()
+{
+    updateSystemAndSaveToEE(WlanAddressing::Mask, ui->ipLineEdit_mask->getIPVal());
+}
+
+void WirelessWgtUI::recvgateWayChangeSlot()
+{
+    updateSystemAndSaveToEE(WlanAddressing::Gateway, ui->ipLineEdit_gateway->getIPVal());
+}
+
+void WirelessWgtUI::recvDns1ChangeSlot()
+{
+    qCDebug(lcWireless).nospace().noquote() << "Dns1: " << ui->ipLineEdit_dns1->getIPVal();
+    updateSystemAndSaveToEE(WlanAddressing::FirstDns, ui->ipLineEdit_dns1->getIPVal());
+}
+
+void WirelessWgtUI::recvDns2ChangeSlot()
+{
+    qCDebug(lcWireless).nospace().noquote() << "Dns2: " << ui->ipLineEdit_dns2->getIPVal();
+    updateSystemAndSaveToEE(WlanAddressing::BackupDns, ui->ipLineEdit_dns2->getIPVal());
+}
+
+void WirelessWgtUI::updateSystemAndSaveToEE(int type, QString value)
+{
+    if (type == WlanAddressing::FirstDns || type == WlanAddressing::BackupDns)
+        setDNSToSys(type, value);
+    else
+        WlanAddressing::apply(WlanAddressing::ValueType(type), value);
+}
+
+void WirelessWgtUI::setDNSToSys(int type, QString address)
+{
+    QFile file(PanelRoot::path(QString::fromLatin1(ResolverFile::Path)));
+    ResolverFile::rewrite(file, ResolverFile::wlanTag(), type - WlanAddressing::FirstDns, address);
+}
+
+void WirelessWgtUI::on_pushButton_resetWifi_clicked()
+{
+    playKeyClick();
+    qCDebug(lcWireless) << "Reset Wifi Ope...";
+    QFile flag(PanelRoot::path(QString::fromLatin1(ResetFlagPath)));
+    // Anything but a plain file in its place (a folder, a FIFO that would
+    // block the open) counts as a failed creation.
+    const QFileInfo info(flag);
+    if ((info.exists() && !info.isFile()) || !flag.open(QIODevice::WriteOnly)) {
+        qCDebug(lcWireless) << "Cant not creat file ResetWifiFlag";
+        return;
+    }
+    flag.close();
+    WlanAddressing::clearRegisters();
+    writeText(SysRegIdx::WlanSsid, QByteArray(), 0, SsidRegisterSize);
+    writeText(SysRegIdx::WlanPassphrase, QByteArray(), 0, PasswordRegisterSize);
+    for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway, ui->ipLineEdit_dns1,
+                              ui->ipLineEdit_dns2})
+        field->setIPVal(QLatin1String(NoAddress));
+    writeByte(SysRegIdx::WlanScanRequest, 1);
 }
