@@ -16,14 +16,15 @@
 #include "testbuttonstyle.h"
 #include "wirelesspagelook.h"
 #include "wirelesspswdialog.h"
+#include "wlanadapterbox.h"
 #include "wlanaddressing.h"
+#include "wlanregisters.h"
 #include "wlanstatus.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QListWidgetItem>
 #include <QLoggingCategory>
-#include <QMouseEvent>
+#include <QEvent>
 #include <QScrollBar>
 #include <QSettings>
 #include <QSignalBlocker>
@@ -38,7 +39,6 @@ namespace {
 const char ScanListPath[] = "/tmp/scan_parse";
 const char EncryptionListPath[] = "/tmp/wifiEnc";
 const char SavedPasswordPath[] = "/hmi_data/WiFipassword";
-const char ResetFlagPath[] = "/tmp/ResetWifiFlag";
 const char SettingsPath[] = "/hmi/Config/system_settings.ini";
 const char StaticKey[] = "WirelessNetwork/static";
 const char NoAddress[] = "0.0.0.0";
@@ -51,39 +51,6 @@ constexpr int ItemHeight = 50;
 constexpr int ListIconSize = 30;
 // Items keep the path of their signal picture, for whoever inspects the list.
 constexpr int IconPathRole = Qt::UserRole;
-
-// Register sizes of the table: the register layer always stores these.
-constexpr int SsidRegisterSize = 32;
-constexpr int PasswordRegisterSize = 63;
-constexpr int MacRegisterSize = 12;
-
-quint8 registerByte(unsigned index)
-{
-    quint8 value = 0;
-    SysReg_Read(index, &value);
-    return value;
-}
-
-void writeByte(unsigned index, quint8 value)
-{
-    SysReg_WriteNotify(index, &value, 1);
-}
-
-// `text` in a zeroed buffer of the register's size, cut at `length` bytes.
-void writeText(unsigned index, const QByteArray &text, int length, int registerSize)
-{
-    QByteArray buffer(registerSize + 1, '\0');
-    const QByteArray cut = text.left(qMin(length, registerSize));
-    std::copy(cut.cbegin(), cut.cend(), buffer.begin());
-    SysReg_WriteNotify(index, buffer.constData(), unsigned(registerSize));
-}
-
-QByteArray readText(unsigned index, int registerSize)
-{
-    QByteArray buffer(registerSize + 1, '\0');
-    SysReg_Read(index, buffer.data());
-    return QByteArray(buffer.constData());      // up to the first NUL
-}
 
 QSettings *openSettings(QObject *parent)
 {
@@ -108,6 +75,13 @@ WirelessWgtUI::WirelessWgtUI(QWidget *parent)
     , m_lookup(defaultInterfaceLookup)
 {
     ui->setupUi(this);
+    // The form builds its scroll areas' contents without a parent and moves
+    // them in afterwards; under a style sheet Qt hands no font down to
+    // widgets that are already there. So each takes the network page's.
+    const QFont pageFont = parent ? parent->font() : font();
+    setFont(pageFont);
+    for (QWidget *widget : findChildren<QWidget *>())
+        widget->setFont(pageFont);
     EEInfoHandle::instance()->read_flash_r_info(&m_readOnly);
     initUI();
     connect(ui->switchbox_disableNet, SIGNAL(statusChanged(bool)), this, SLOT(slot_switchBox_disableNet_toggled(bool)));
@@ -120,7 +94,7 @@ WirelessWgtUI::WirelessWgtUI(QWidget *parent)
     m_scanTimer = new QTimer(this);
     connect(m_scanTimer, SIGNAL(timeout()), this, SLOT(KscanWifiList_Timer()));
     m_scanTimer->start(ScanPeriodMs);
-    m_wifiState = registerByte(SysRegIdx::WlanState);
+    m_wifiState = WlanRegisters::byte(SysRegIdx::WlanState);
     m_wifiDisabled = 0;
     m_pswDialog = nullptr;
 }
@@ -137,25 +111,12 @@ void WirelessWgtUI::initUI()
     ui->stackedWidget->setCurrentIndex(0);
     ui->groupBox_skip->installEventFilter(this);
     initIpData();
-    const bool disabled = registerByte(SysRegIdx::WlanDisabled) & 1;
+    const bool disabled = WlanRegisters::byte(SysRegIdx::WlanDisabled) & 1;
     setWifiWgtEnable(disabled);
     ui->switchbox_disableNet->setChecked(disabled);
     m_initializing = true;
-    fillAdapterList();
+    WlanAdapterBox::fill(ui->comboBox_network, secondPort(), !disabled, WlanRegisters::byte(SysRegIdx::DefaultAdapter));
     m_initializing = false;
-}
-
-void WirelessWgtUI::fillAdapterList()
-{
-    ui->comboBox_network->clear();
-    ui->comboBox_network->addItem(QString());
-    ui->comboBox_network->addItem(tr("wired network0"));
-    if (secondPort())
-        ui->comboBox_network->addItem(tr("wired network1"));
-    if (!(registerByte(SysRegIdx::WlanDisabled) & 1))
-        ui->comboBox_network->addItem(tr("wireless network"));
-    const int stored = registerByte(SysRegIdx::DefaultAdapter);
-    ui->comboBox_network->setCurrentIndex(stored < ui->comboBox_network->count() ? stored : 0);
 }
 
 void WirelessWgtUI::addUIStyles()
@@ -210,20 +171,9 @@ void WirelessWgtUI::showRecordAddresses(const EEInfoDetail::Flash_WR_1 &record)
 void WirelessWgtUI::refresh()
 {
     ui->retranslateUi(this);
-    QComboBox *list = ui->comboBox_network;
-    const QSignalBlocker blocker(list);
-    const bool wlanOff = registerByte(SysRegIdx::WlanDisabled) & 1;
-    if (list->count() > 0)
-        list->setItemText(0, QString());
-    if (list->count() > 1)
-        list->setItemText(1, tr("wired network0"));
-    if (list->count() == 4) {
-        list->setItemText(2, tr("wired network1"));
-        if (!wlanOff)
-            list->setItemText(3, tr("wireless network"));
-    } else if (list->count() > 2) {
-        list->setItemText(2, wlanOff ? tr("wired network1") : tr("wireless network"));
-    }
+    // A change of language must not choose another adapter.
+    const QSignalBlocker blocker(ui->comboBox_network);
+    WlanAdapterBox::retranslate(ui->comboBox_network, !(WlanRegisters::byte(SysRegIdx::WlanDisabled) & 1));
     ui->label_wifiStatus->setText(m_wifiState == WlanStatus::Connected && !m_wifiDisabled ? tr("Online")
                                                                                            : tr("Disabled"));
 }
@@ -288,7 +238,7 @@ void WirelessWgtUI::on_pushButton_refreshWlan_clicked()
     ui->pushButton_refreshWlan->setSvgFilepath(QStringLiteral(":/Resources/refresh-green.svg"));
     ui->pushButton_refreshWlan->setEnabled(false);
     qCDebug(lcWireless) << "on_pushButton_refreshWlan_clicked...";
-    writeByte(SysRegIdx::WlanScanRequest, 1);
+    WlanRegisters::writeByte(SysRegIdx::WlanScanRequest, 1);
     QTimer::singleShot(ScanButtonRestoreMs, this, [this]() {
         ui->pushButton_refreshWlan->setSvgFilepath(QStringLiteral(":/Resources/refresh.svg"));
         ui->pushButton_refreshWlan->setEnabled(true);
@@ -297,7 +247,7 @@ void WirelessWgtUI::on_pushButton_refreshWlan_clicked()
 
 void WirelessWgtUI::updateWlanList()
 {
-    const int count = registerByte(SysRegIdx::WlanScanCount);
+    const int count = WlanRegisters::byte(SysRegIdx::WlanScanCount);
     if (count != 0) {
         ui->listWidget_wifi->clear();
         QByteArray bytes;
@@ -308,8 +258,8 @@ void WirelessWgtUI::updateWlanList()
         // SSIDs (the connection registers) use the scan list's encoding.
         if (QTextCodec *codec = QTextCodec::codecForName("GB2312"))
             QTextCodec::setCodecForLocale(codec);
-        const bool connected = registerByte(SysRegIdx::WlanState) == WlanStatus::Connected;
-        const QString connectedSsid = ScanList::decode(readText(SysRegIdx::WlanSsid, SsidRegisterSize));
+        const bool connected = WlanRegisters::byte(SysRegIdx::WlanState) == WlanStatus::Connected;
+        const QString connectedSsid = ScanList::decode(WlanRegisters::text(SysRegIdx::WlanSsid, WlanRegisters::SsidSize));
         for (const ScanList::Entry &entry : ScanList::parse(ScanList::decode(bytes))) {
             const QString icon = ScanList::iconFor(entry.quality);
             if (connected && entry.ssid == connectedSsid) {
@@ -328,7 +278,7 @@ void WirelessWgtUI::updateWlanList()
 void WirelessWgtUI::KscanWifiList_Timer()
 {
     updateWlanList();
-    const int state = registerByte(SysRegIdx::WlanState);
+    const int state = WlanRegisters::byte(SysRegIdx::WlanState);
     const bool promptAllowed = !m_pswDialog && m_pswErrorSsid != m_clickedSsid;
     const WlanStatus::Tick tick = WlanStatus::decide(state, m_wifiDisabled, m_wifiState, promptAllowed);
     // The edge memory goes first: the message box below runs a nested event
@@ -356,7 +306,7 @@ void WirelessWgtUI::showOnline()
 {
     ui->label_wifiStatus->setText(tr(WlanStatus::statusSource(WlanStatus::ShowOnline)));
     m_pswErrorSsid.clear();
-    const QString ssid = ScanList::decode(readText(SysRegIdx::WlanSsid, SsidRegisterSize)).simplified();
+    const QString ssid = ScanList::decode(WlanRegisters::text(SysRegIdx::WlanSsid, WlanRegisters::SsidSize)).simplified();
     ui->label_connectedWlanNm->setText(ssid);
     ui->label_connectedWifiName->setText(ssid);
     const struct { unsigned index; IPLineEdit *field; } addresses[] = {
@@ -369,7 +319,7 @@ void WirelessWgtUI::showOnline()
         if (address.field->getIPVal() != text)
             address.field->setIPVal(text);
     }
-    const QByteArray mac = readText(SysRegIdx::WlanMac, MacRegisterSize);
+    const QByteArray mac = WlanRegisters::text(SysRegIdx::WlanMac, WlanRegisters::MacSize);
     const QString shown = WlanStatus::macText(mac, m_macAddress);
     if (!mac.isEmpty())
         m_macAddress = shown;
@@ -382,17 +332,15 @@ void WirelessWgtUI::showOnline()
 
 void WirelessWgtUI::showDnsServers()
 {
-    QFile file(PanelRoot::path(QString::fromLatin1(ResolverFile::Path)));
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text))
+    QString servers[2];
+    if (!WlanAddressing::readDnsServers(servers))
         return;
-    ui->ipLineEdit_dns1->setIPVal(QLatin1String(NoAddress));
-    ui->ipLineEdit_dns2->setIPVal(QLatin1String(NoAddress));
-    const QString text = ResolverFile::readText(file);
     IPLineEdit *const fields[] = {ui->ipLineEdit_dns1, ui->ipLineEdit_dns2};
     for (int role = ResolverFile::First; role <= ResolverFile::Backup; ++role) {
-        const QString server = ResolverFile::server(text, ResolverFile::wlanTag(), role);
-        if (fields[role]->getIPVal() != server)
-            fields[role]->setIPVal(server);
+        // Both start from nothing, as if the file had no line of the WLAN.
+        fields[role]->setIPVal(QLatin1String(NoAddress));
+        if (fields[role]->getIPVal() != servers[role])
+            fields[role]->setIPVal(servers[role]);
     }
 }
 
@@ -449,7 +397,7 @@ void WirelessWgtUI::on_listWidget_wifi_itemClicked(QListWidgetItem *item)
     if (kind == EncryptionList::NotListed)
         return;
     if (kind == EncryptionList::Open) {
-        requestConnection(m_clickedSsid, QByteArray());
+        WlanRegisters::requestConnection(m_clickedSsid, QByteArray());
         return;
     }
     QByteArray table;
@@ -457,17 +405,9 @@ void WirelessWgtUI::on_listWidget_wifi_itemClicked(QListWidgetItem *item)
         return;
     const SavedPasswords::Result saved = SavedPasswords::lookup(table, m_clickedSsid);
     if (saved.found)
-        requestConnection(m_clickedSsid, saved.password);
+        WlanRegisters::requestConnection(m_clickedSsid, saved.password);
     else
         openPasswordDialog(m_clickedSsid);
-}
-
-void WirelessWgtUI::requestConnection(const QString &ssid, const QByteArray &password)
-{
-    writeText(SysRegIdx::WlanSsid, ssid.toLocal8Bit(), ssid.size(), SsidRegisterSize);
-    writeText(SysRegIdx::WlanPassphrase, password, password.size(), PasswordRegisterSize);
-    writeByte(SysRegIdx::WlanConnectRequest, 1);
-    writeByte(SysRegIdx::WlanState, 0);
 }
 
 bool WirelessWgtUI::eventFilter(QObject *watched, QEvent *event)
@@ -506,18 +446,11 @@ void WirelessWgtUI::on_pushButton_backToPage_clicked()
 void WirelessWgtUI::slot_switchBox_disableNet_toggled(bool checked)
 {
     qCDebug(lcWireless).nospace() << "wifi enable: " << (checked ? "true" : "false");
-    writeByte(SysRegIdx::WlanDisabled, checked ? 1 : 0);
+    WlanRegisters::writeByte(SysRegIdx::WlanDisabled, checked ? 1 : 0);
     setWifiWgtEnable(checked);
     EEInfoHandle::instance()->read_flash_r_info(&m_readOnly);
-    const int row = AdapterList::linkRow(secondPort());
-    if (!checked) {
-        emit wifiEanbleSignal(0);
-        ui->comboBox_network->addItem(tr("wireless network"));
-        ui->comboBox_network->setItemText(row, tr("wireless network"));
-    } else {
-        emit wifiEanbleSignal(1);
-        ui->comboBox_network->removeItem(row);
-    }
+    emit wifiEanbleSignal(checked ? 1 : 0);
+    WlanAdapterBox::setWlanShown(ui->comboBox_network, !checked, secondPort());
 }
 
 void WirelessWgtUI::setWifiWgtEnable(bool disabled)
@@ -550,7 +483,7 @@ void WirelessWgtUI::setAddressBlockEnabled(bool enabled)
 void WirelessWgtUI::slot_switchBox_staticIP_toggled(bool on)
 {
     EEInfoHandle::instance()->read_flash_r_info(&m_readOnly);
-    const int defaultAdapter = registerByte(SysRegIdx::DefaultAdapter);
+    const int defaultAdapter = WlanRegisters::byte(SysRegIdx::DefaultAdapter);
     ui->switchbox_staticIP->setChecked(on);
     m_isStaticIP = on;
     QScopedPointer<QSettings> settings(openSettings(nullptr));
@@ -561,15 +494,14 @@ void WirelessWgtUI::slot_switchBox_staticIP_toggled(bool on)
         EEInfoDetail::Flash_WR_1 record {};
         EEInfoHandle::instance()->read_flash_wr1_info(&record);
         showRecordAddresses(record);
-        AddressRegister::write(SysRegIdx::WlanIp, ui->ipLineEdit_ip->getIPVal());
-        AddressRegister::write(SysRegIdx::WlanMask, ui->ipLineEdit_mask->getIPVal());
-        AddressRegister::write(SysRegIdx::WlanGateway, ui->ipLineEdit_gateway->getIPVal());
+        WlanAddressing::storeRegisters(ui->ipLineEdit_ip->getIPVal(), ui->ipLineEdit_mask->getIPVal(),
+                                       ui->ipLineEdit_gateway->getIPVal());
         WlanAddressing::stopDhcpClient();
         return;
     }
     for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway})
         field->setIPVal(QLatin1String(NoAddress));
-    const bool connected = registerByte(SysRegIdx::WlanState) == WlanStatus::Connected;
+    const bool connected = WlanRegisters::byte(SysRegIdx::WlanState) == WlanStatus::Connected;
     if (connected)
         WlanAddressing::startDhcpClient();
     // Blocks the screen on purpose: the lease should be there when the
@@ -625,20 +557,13 @@ void WirelessWgtUI::on_pushButton_resetWifi_clicked()
 {
     playKeyClick();
     qCDebug(lcWireless) << "Reset Wifi Ope...";
-    QFile flag(PanelRoot::path(QString::fromLatin1(ResetFlagPath)));
-    // Anything but a plain file in its place (a folder, a FIFO that would
-    // block the open) counts as a failed creation.
-    const QFileInfo info(flag);
-    if ((info.exists() && !info.isFile()) || !flag.open(QIODevice::WriteOnly)) {
+    if (!WlanAddressing::requestReset()) {
         qCDebug(lcWireless) << "Cant not creat file ResetWifiFlag";
         return;
     }
-    flag.close();
-    WlanAddressing::clearRegisters();
-    writeText(SysRegIdx::WlanSsid, QByteArray(), 0, SsidRegisterSize);
-    writeText(SysRegIdx::WlanPassphrase, QByteArray(), 0, PasswordRegisterSize);
     for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway, ui->ipLineEdit_dns1,
                               ui->ipLineEdit_dns2})
         field->setIPVal(QLatin1String(NoAddress));
-    writeByte(SysRegIdx::WlanScanRequest, 1);
+    // After the fields: the host's new scan follows the cleared state.
+    WlanRegisters::writeByte(SysRegIdx::WlanScanRequest, 1);
 }

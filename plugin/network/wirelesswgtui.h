@@ -88,13 +88,11 @@ private:
     void addUIStyles();
     void adjustWgtSize();
     void initIpData();
-    void fillAdapterList();
     void showOnline();
     void showOffline();
     void showDnsServers();
     void promptPasswordError();
     void openPasswordDialog(const QString &ssid);
-    void requestConnection(const QString &ssid, const QByteArray &password);
     void setAddressBlockEnabled(bool enabled);
     void showRecordAddresses(const EEInfoDetail::Flash_WR_1 &record);
     void playKeyClick();

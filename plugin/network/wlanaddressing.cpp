@@ -8,12 +8,19 @@
 #include "networkaddress.h"
 #include "pidfile.h"
 #include "processrunner.h"
+#include "panelroot.h"
+#include "resolverfile.h"
 #include "sysreg.h"
+#include "wlanregisters.h"
+
+#include <QFile>
+#include <QFileInfo>
 
 #include <QtEndian>
 
 namespace {
 
+const char ResetFlagPath[] = "/tmp/ResetWifiFlag";
 const char PidFilePath[] = "/var/run/udhcpc2.pid";
 // Up to 100 discovery packets 1 s apart, and 1 s of rest after a failed try.
 const char ClientCommand[] = "udhcpc -i wlan0 -t 100 -T 1 -A 1 -p /var/run/udhcpc2.pid &";
@@ -134,6 +141,39 @@ void clearRegisters()
     AddressRegister::clear(SysRegIdx::WlanIp);
     AddressRegister::clear(SysRegIdx::WlanGateway);
     AddressRegister::clear(SysRegIdx::WlanMask);
+}
+
+void storeRegisters(const QString &address, const QString &mask, const QString &gateway)
+{
+    AddressRegister::write(SysRegIdx::WlanIp, address);
+    AddressRegister::write(SysRegIdx::WlanMask, mask);
+    AddressRegister::write(SysRegIdx::WlanGateway, gateway);
+}
+
+bool requestReset()
+{
+    QFile flag(PanelRoot::path(QString::fromLatin1(ResetFlagPath)));
+    // Anything but a plain file in its place (a folder, a FIFO that would
+    // block the open) counts as a failed creation.
+    const QFileInfo info(flag);
+    if ((info.exists() && !info.isFile()) || !flag.open(QIODevice::WriteOnly))
+        return false;
+    flag.close();
+    clearRegisters();
+    WlanRegisters::writeText(SysRegIdx::WlanSsid, QByteArray(), 0, WlanRegisters::SsidSize);
+    WlanRegisters::writeText(SysRegIdx::WlanPassphrase, QByteArray(), 0, WlanRegisters::PasswordSize);
+    return true;
+}
+
+bool readDnsServers(QString servers[2])
+{
+    QFile file(PanelRoot::path(QString::fromLatin1(ResolverFile::Path)));
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return false;
+    const QString text = ResolverFile::readText(file);
+    for (int role = ResolverFile::First; role <= ResolverFile::Backup; ++role)
+        servers[role] = ResolverFile::server(text, ResolverFile::wlanTag(), role);
+    return true;
 }
 
 } // namespace WlanAddressing

@@ -50,6 +50,17 @@ bool applyLease(const QStringList &lease, int defaultAdapter, bool secondPort);
 
 // Registers 106, 109 and 108: eight zero bytes each.
 void clearRegisters();
+// Registers 106, 108 and 109 from dotted texts, announced.
+void storeRegisters(const QString &address, const QString &mask, const QString &gateway);
+
+// Creates "/tmp/ResetWifiFlag" for the host application, then clears the
+// address registers and the SSID and password. False, with nothing
+// cleared, when the flag cannot be created.
+bool requestReset();
+
+// The WLAN's first and backup name servers from the resolver file
+// ("0.0.0.0" for a missing line). False when the file cannot be read.
+bool readDnsServers(QString servers[2]);
 
 } // namespace WlanAddressing
 

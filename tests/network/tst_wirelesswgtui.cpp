@@ -24,6 +24,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QStackedWidget>
+#include <QTabWidget>
 #include <QTextCodec>
 #include <QTranslator>
 #include <QtTest>
@@ -175,6 +176,7 @@ private slots:
     void resetFlagCannotBeCreated();
     void refreshRetranslates();
     void pingTestButton();
+    void comboPopupNotBuiltUpFront();
 };
 
 void TestWirelessWgtUI::formAndStart()
@@ -1047,6 +1049,44 @@ void TestWirelessWgtUI::pingTestButton()
     QCOMPARE(button->styleSheet(), TestButtonStyle::running(QStringLiteral("pushButton_test")));
     rig.page().setPintTestBtnStyle();
     QCOMPARE(button->styleSheet(), TestButtonStyle::idle(QStringLiteral("pushButton_test")));
+}
+
+// Qt's style sheet engine keeps rules for every combo box popup it styled:
+// the page must not build its adapter list's popup before it is opened.
+void TestWirelessWgtUI::comboPopupNotBuiltUpFront()
+{
+    Rig rig;
+    auto popups = [](QWidget *root) {
+        int count = 0;
+        for (QObject *child : root->findChildren<QObject *>()) {
+            if (qstrcmp(child->metaObject()->className(), "QComboBoxPrivateContainer") == 0)
+                ++count;
+        }
+        return count;
+    };
+    // Built inside a tab page with the panel font, as the network page does.
+    QWidget host;
+    host.setStyleSheet(QStringLiteral("QComboBox{border:1px solid #008cba;}"));
+    auto *tabs = new QTabWidget(&host);
+    QFont font = tabs->font();
+    font.setPointSize(13);
+    font.setBold(true);
+    tabs->setFont(font);
+    auto *page = new WirelessWgtUI(tabs);
+    QCOMPARE(page->findChild<QLabel *>(QStringLiteral("label_ip"))->font(), font);
+    tabs->addTab(page, QStringLiteral("WLAN"));
+    host.show();
+    host.grab();
+    page->refresh();
+    page->slot_switchBox_disableNet_toggled(false);
+    host.grab();
+    QCOMPARE(popups(page), 0);
+    // Opened by the operator, it is there, in the page's font.
+    auto *combo = page->findChild<QComboBox *>(QStringLiteral("comboBox_network"));
+    combo->showPopup();
+    QCOMPARE(popups(page), 1);
+    QCOMPARE(combo->view()->font(), font);
+    combo->hidePopup();
 }
 
 PANEL_GUI_TEST_MAIN(TestWirelessWgtUI)
