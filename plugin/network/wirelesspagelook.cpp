@@ -18,6 +18,8 @@ const char PageRules[] =
     "color:rgb(46, 110, 146);}"
     "QLabel#label_dnsInfo, QLabel#label_nearby{color:rgb(46, 110, 146);}"
     "QLabel#label_skipArrow{color:rgb(96, 157, 191);}"
+    // 49 + the item's 1-pixel rule: the rows fill the list's 50 pixels each.
+    "QListWidget#listWidget_wifi::item{min-height:49px;}"
     "QPushButton#pushButton_backToPage{border:none;color:rgb(46, 110, 146);text-align:left;}"
     "QPushButton#pushButton_backToPage:pressed{color:rgb(96, 157, 191);}"
     "QPushButton#pushButton_resetWifi{border-radius:8px;padding:2px 10px;color:white;"
@@ -73,8 +75,16 @@ void applySizes(Ui::WirelessWgtUI *ui, int screenWidth)
 {
     const Sizes &sizes = sizesFor(screenWidth);
     for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway, ui->ipLineEdit_dns1,
-                              ui->ipLineEdit_dns2})
+                              ui->ipLineEdit_dns2}) {
         field->resizeUIWgt();
+        // Four octets side by side, as compact as the wired tabs show them.
+        if (QLayout *octets = field->layout()) {
+            octets->setContentsMargins(0, 0, 0, 0);
+            octets->setSpacing(sizes.spacing / 2 + 2);
+        }
+        field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    }
+    ui->horizontalLayout_network->setSpacing(sizes.spacing * 2);
     ui->switchbox_disableNet->setFixedSize(sizes.switchWidth, sizes.switchWidth * 3 / 7);
     ui->switchbox_staticIP->setFixedSize(sizes.switchWidth, sizes.switchWidth * 3 / 7);
     ui->comboBox_network->setFixedSize(sizes.comboWidth, sizes.rowHeight);
@@ -84,7 +94,8 @@ void applySizes(Ui::WirelessWgtUI *ui, int screenWidth)
     ui->pushButton_resetWifi->setFixedSize(sizes.buttonWidth, sizes.rowHeight);
     ui->pushButton_refreshWlan->setFixedSize(sizes.refreshSize, sizes.refreshSize);
     ui->groupBox_skip->setMinimumHeight(sizes.rowHeight + 2 * sizes.spacing);
-    ui->groupBox_linkedWifi->setMinimumHeight(sizes.rowHeight + 3 * sizes.spacing);
+    // Room for the title above the frame and a row inside it.
+    ui->groupBox_linkedWifi->setMinimumHeight(2 * sizes.rowHeight + 2 * sizes.spacing);
     for (QLabel *label : {ui->label_wifiLogo, ui->label_connectedWifiLogo, ui->label_connectedWifiState,
                           ui->label_loading})
         label->setFixedSize(StateIconSize, StateIconSize);
