@@ -4,6 +4,7 @@
 #include "flash_wr_1.h"
 #include "networksettings.h"
 #include "settings.h"
+#include "switchbutton.h"
 #include "sysreg.h"
 #include "testharness.h"
 #include "testpanel.h"
@@ -106,10 +107,14 @@ void TestWlanLook::pagesFit()
 
     auto *mainArea = wlan->findChild<QScrollArea *>(QStringLiteral("scrollArea_wirlessMainPage"));
     auto *searchArea = wlan->findChild<QScrollArea *>(QStringLiteral("scrollArea_wifiSearchPage"));
+    // As a touch on the switch would: it moves, then reports.
+    auto *disableSwitch = wlan->findChild<SwitchButton *>(QStringLiteral("switchbox_disableNet"));
+    disableSwitch->setChecked(true);
     wlan->slot_switchBox_disableNet_toggled(true);
     shoot(QStringLiteral("disabled"));
     checkFits(mainArea, stem + QStringLiteral(" disabled"));
 
+    disableSwitch->setChecked(false);
     wlan->slot_switchBox_disableNet_toggled(false);
     setRegister(SysRegIdx::WlanState, QByteArray(1, 2), 1);
     setRegister(SysRegIdx::WlanSsid, "Tavro-Home", 32);
