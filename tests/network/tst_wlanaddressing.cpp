@@ -349,6 +349,15 @@ void TestWlanAddressing::resetFlagCannotBeCreated()
     rig.page().on_pushButton_resetWifi_clicked();
     QCOMPARE(Rig::registerBytes(SysRegIdx::WlanSsid, 4), QByteArray("home"));
     QVERIFY(rig.fifo().registerIndices().isEmpty());
+    // No /tmp at all under the panel root (the register files go with it).
+    QDir root(rig.panel().root());
+    QVERIFY(root.rename(QStringLiteral("tmp"), QStringLiteral("tmp.away")));
+    QTest::ignoreMessage(QtDebugMsg, "Reset Wifi Ope...");
+    QTest::ignoreMessage(QtDebugMsg, "Cant not creat file ResetWifiFlag");
+    rig.page().on_pushButton_resetWifi_clicked();
+    QVERIFY(root.rename(QStringLiteral("tmp.away"), QStringLiteral("tmp")));
+    QCOMPARE(Rig::registerBytes(SysRegIdx::WlanSsid, 4), QByteArray("home"));
+    QVERIFY(!QFileInfo::exists(rig.panel().path("/tmp/ResetWifiFlag/ResetWifiFlag")));
 }
 
 void TestWlanAddressing::refreshRetranslates()
