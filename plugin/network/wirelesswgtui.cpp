@@ -2,7 +2,6 @@
 #include "ui_wirelesswgtui.h"
 
 #include "adapterlist.h"
-#include "addressregister.h"
 #include "eeinfohandle.h"
 #include "encryptionlist.h"
 #include "keyclick.h"
@@ -18,6 +17,7 @@
 #include "wirelesspswdialog.h"
 #include "wlanadapterbox.h"
 #include "wlanaddressing.h"
+#include "wlanfields.h"
 #include "wlanregisters.h"
 #include "wlanstatus.h"
 
@@ -41,7 +41,6 @@ const char EncryptionListPath[] = "/tmp/wifiEnc";
 const char SavedPasswordPath[] = "/hmi_data/WiFipassword";
 const char SettingsPath[] = "/hmi/Config/system_settings.ini";
 const char StaticKey[] = "WirelessNetwork/static";
-const char NoAddress[] = "0.0.0.0";
 
 constexpr int ScanPeriodMs = 1000;
 constexpr int ScanButtonRestoreMs = 100;
@@ -136,14 +135,13 @@ void WirelessWgtUI::initIpData()
     QScopedPointer<QSettings> settings(openSettings(nullptr));
     m_isStaticIP = settings->value(QLatin1String(StaticKey)).toString() == QLatin1String("true");
     ui->switchbox_staticIP->setChecked(m_isStaticIP);
-    setAddressBlockEnabled(m_isStaticIP);
+    WlanFields::setAddressBlockEnabled(ui, m_isStaticIP);
     EEInfoDetail::Flash_WR_1 record {};
     EEInfoHandle::instance()->read_flash_wr1_info(&record);
     if (m_isStaticIP && EEInfoHandle::instance()->lastReadComplete()) {
-        showRecordAddresses(record);
+        WlanFields::showRecord(ui, record);
     } else {
-        for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway})
-            field->setIPVal(QLatin1String(NoAddress));
+        WlanFields::clear(ui);
     }
     ui->ipLineEdit_dns1->setIPVal(ResolverFile::systemServer(ResolverFile::wlanTag(), ResolverFile::First));
     ui->ipLineEdit_dns2->setIPVal(ResolverFile::systemServer(ResolverFile::wlanTag(), ResolverFile::Backup));
@@ -155,17 +153,7 @@ void WirelessWgtUI::getEEDate(EEInfoDetail::Flash_WR_1 &record, EEInfoDetail::Fl
     m_record = record;
     m_readOnly = readOnly;
     if (m_isStaticIP)
-        showRecordAddresses(m_record);
-}
-
-void WirelessWgtUI::showRecordAddresses(const EEInfoDetail::Flash_WR_1 &record)
-{
-    const quint32 address = record.wlanIp;
-    const quint32 mask = record.wlanMask;
-    const quint32 gateway = record.wlanGateway;
-    ui->ipLineEdit_ip->setIPVal(WlanAddressing::recordText(address));
-    ui->ipLineEdit_mask->setIPVal(WlanAddressing::recordText(mask));
-    ui->ipLineEdit_gateway->setIPVal(WlanAddressing::recordText(gateway));
+        WlanFields::showRecord(ui, m_record);
 }
 
 void WirelessWgtUI::refresh()
@@ -309,16 +297,7 @@ void WirelessWgtUI::showOnline()
     const QString ssid = ScanList::decode(WlanRegisters::text(SysRegIdx::WlanSsid, WlanRegisters::SsidSize)).simplified();
     ui->label_connectedWlanNm->setText(ssid);
     ui->label_connectedWifiName->setText(ssid);
-    const struct { unsigned index; IPLineEdit *field; } addresses[] = {
-        {SysRegIdx::WlanIp, ui->ipLineEdit_ip},
-        {SysRegIdx::WlanGateway, ui->ipLineEdit_gateway},
-        {SysRegIdx::WlanMask, ui->ipLineEdit_mask},
-    };
-    for (const auto &address : addresses) {
-        const QString text = AddressRegister::read(address.index);
-        if (address.field->getIPVal() != text)
-            address.field->setIPVal(text);
-    }
+    WlanFields::showRegisters(ui);
     const QByteArray mac = WlanRegisters::text(SysRegIdx::WlanMac, WlanRegisters::MacSize);
     const QString shown = WlanStatus::macText(mac, m_macAddress);
     if (!mac.isEmpty())
@@ -327,21 +306,7 @@ void WirelessWgtUI::showOnline()
     ui->lineEdit_macAddr->setText(shown);
     ui->label_connectedWifiState->setPixmap(
         WirelessPageLook::picture(QStringLiteral(":/Resources/connected.svg"), WirelessPageLook::StateIconSize));
-    showDnsServers();
-}
-
-void WirelessWgtUI::showDnsServers()
-{
-    QString servers[2];
-    if (!WlanAddressing::readDnsServers(servers))
-        return;
-    IPLineEdit *const fields[] = {ui->ipLineEdit_dns1, ui->ipLineEdit_dns2};
-    for (int role = ResolverFile::First; role <= ResolverFile::Backup; ++role) {
-        // Both start from nothing, as if the file had no line of the WLAN.
-        fields[role]->setIPVal(QLatin1String(NoAddress));
-        if (fields[role]->getIPVal() != servers[role])
-            fields[role]->setIPVal(servers[role]);
-    }
+    WlanFields::showDns(ui);
 }
 
 void WirelessWgtUI::showOffline()
@@ -462,22 +427,13 @@ void WirelessWgtUI::setWifiWgtEnable(bool disabled)
         return;
     }
     m_wifiDisabled = 1;
-    for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway})
-        field->setIPVal(QLatin1String(NoAddress));
+    WlanFields::clear(ui);
     ui->label_connectedWlanNm->clear();
     ui->label_connectedWifiName->clear();
     ui->label_wifiStatus->setText(tr(WlanStatus::statusSource(WlanStatus::ShowOffline)));
     ui->switchbox_staticIP->setEnabled(false);
     ui->listWidget_wifi->clear();
     slot_switchBox_staticIP_toggled(false);
-}
-
-void WirelessWgtUI::setAddressBlockEnabled(bool enabled)
-{
-    for (QWidget *widget : std::initializer_list<QWidget *> {ui->label_ip, ui->ipLineEdit_ip, ui->label_mask,
-                                                             ui->ipLineEdit_mask, ui->label_gateway,
-                                                             ui->ipLineEdit_gateway})
-        widget->setEnabled(enabled);
 }
 
 void WirelessWgtUI::slot_switchBox_staticIP_toggled(bool on)
@@ -489,18 +445,17 @@ void WirelessWgtUI::slot_switchBox_staticIP_toggled(bool on)
     QScopedPointer<QSettings> settings(openSettings(nullptr));
     settings->setValue(QLatin1String(StaticKey), on ? QStringLiteral("true") : QStringLiteral("false"));
     settings->sync();
-    setAddressBlockEnabled(on);
+    WlanFields::setAddressBlockEnabled(ui, on);
     if (on) {
         EEInfoDetail::Flash_WR_1 record {};
         EEInfoHandle::instance()->read_flash_wr1_info(&record);
-        showRecordAddresses(record);
+        WlanFields::showRecord(ui, record);
         WlanAddressing::storeRegisters(ui->ipLineEdit_ip->getIPVal(), ui->ipLineEdit_mask->getIPVal(),
                                        ui->ipLineEdit_gateway->getIPVal());
         WlanAddressing::stopDhcpClient();
         return;
     }
-    for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway})
-        field->setIPVal(QLatin1String(NoAddress));
+    WlanFields::clear(ui);
     const bool connected = WlanRegisters::byte(SysRegIdx::WlanState) == WlanStatus::Connected;
     if (connected)
         WlanAddressing::startDhcpClient();
@@ -561,9 +516,7 @@ void WirelessWgtUI::on_pushButton_resetWifi_clicked()
         qCDebug(lcWireless) << "Cant not creat file ResetWifiFlag";
         return;
     }
-    for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway, ui->ipLineEdit_dns1,
-                              ui->ipLineEdit_dns2})
-        field->setIPVal(QLatin1String(NoAddress));
+    WlanFields::clear(ui, true);
     // After the fields: the host's new scan follows the cleared state.
     WlanRegisters::writeByte(SysRegIdx::WlanScanRequest, 1);
 }

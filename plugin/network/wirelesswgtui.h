@@ -90,11 +90,8 @@ private:
     void initIpData();
     void showOnline();
     void showOffline();
-    void showDnsServers();
     void promptPasswordError();
     void openPasswordDialog(const QString &ssid);
-    void setAddressBlockEnabled(bool enabled);
-    void showRecordAddresses(const EEInfoDetail::Flash_WR_1 &record);
     void playKeyClick();
     bool secondPort() const { return m_readOnly.hasEth1(); }
 
