@@ -2,6 +2,7 @@
 #include "ui_wirelesswgtui.h"
 
 #include <QFile>
+#include <QHash>
 #include <QPainter>
 #include <QSvgRenderer>
 
@@ -116,6 +117,17 @@ QPixmap picture(const QString &svgPath, int size)
     QPainter painter(&pixmap);
     renderer.render(&painter);
     return pixmap;
+}
+
+QIcon listIcon(const QString &svgPath, int size)
+{
+    // A handful of pictures at one size: the cache stays this small.
+    static QHash<QString, QIcon> icons;
+    const QString key = svgPath + QLatin1Char('@') + QString::number(size);
+    auto found = icons.constFind(key);
+    if (found == icons.constEnd())
+        found = icons.insert(key, QIcon(picture(svgPath, size)));
+    return found.value();
 }
 
 } // namespace WirelessPageLook

@@ -1,6 +1,7 @@
 #ifndef WIRELESSPAGELOOK_H
 #define WIRELESSPAGELOOK_H
 
+#include <QIcon>
 #include <QPixmap>
 #include <QString>
 
@@ -22,6 +23,10 @@ void applySizes(Ui::WirelessWgtUI *ui, int screenWidth);
 
 // An SVG drawn at size x size.
 QPixmap picture(const QString &svgPath, int size);
+
+// The list's signal icon for an SVG, drawn once per picture and kept: the
+// list is rebuilt every second.
+QIcon listIcon(const QString &svgPath, int size);
 
 } // namespace WirelessPageLook
 

@@ -256,7 +256,7 @@ void WirelessWgtUI::updateWlanList()
             }
             auto *item = new QListWidgetItem(entry.ssid, ui->listWidget_wifi);
             item->setData(IconPathRole, icon);
-            item->setIcon(QIcon(WirelessPageLook::picture(icon, ListIconSize)));
+            item->setIcon(WirelessPageLook::listIcon(icon, ListIconSize));
         }
     }
     ui->listWidget_wifi->setFixedHeight(ItemHeight * count);

@@ -7,13 +7,7 @@
 
 namespace {
 
-const char Context[] = "WirelessWgtUI";
 constexpr int FullCount = 4;
-
-QString text(const char *source)
-{
-    return QCoreApplication::translate(Context, source);
-}
 
 QString wired0() { return QCoreApplication::translate("WirelessWgtUI", "wired network0"); }
 QString wired1() { return QCoreApplication::translate("WirelessWgtUI", "wired network1"); }
@@ -26,7 +20,7 @@ namespace WlanAdapterBox {
 void fill(QComboBox *box, bool secondPort, bool wlanOn, int stored)
 {
     box->clear();
-    box->addItem(text(""));
+    box->addItem(QString());
     box->addItem(wired0());
     if (secondPort)
         box->addItem(wired1());
@@ -38,7 +32,7 @@ void fill(QComboBox *box, bool secondPort, bool wlanOn, int stored)
 void retranslate(QComboBox *box, bool wlanOn)
 {
     if (box->count() > 0)
-        box->setItemText(0, text(""));
+        box->setItemText(0, QString());
     if (box->count() > 1)
         box->setItemText(1, wired0());
     if (box->count() == FullCount) {

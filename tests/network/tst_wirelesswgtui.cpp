@@ -262,6 +262,7 @@ void TestWirelessWgtUI::thousandsOfLinesStayQuick()
     // Only the first 64 KiB are read: a few thousand items, never all 20000.
     QVERIFY(list(rig.page())->count() < 20000);
     QVERIFY(list(rig.page())->count() > 1000);
+    qInfo("a 20000-line scan list: %lld ms for %d items from its first 64 KiB", spent, list(rig.page())->count());
     QVERIFY2(spent < 3000, qPrintable(QString::number(spent)));
 }
 
