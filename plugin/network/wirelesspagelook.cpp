@@ -111,17 +111,25 @@ void applySizes(Ui::WirelessWgtUI *ui, int screenWidth)
 
 QPixmap picture(const QString &svgPath, int size)
 {
+    // The page's own few pictures at its few sizes, asked for every second:
+    // each is drawn once.
+    static QHash<QString, QPixmap> drawn;
+    const QString key = svgPath + QLatin1Char('@') + QString::number(size);
+    const auto found = drawn.constFind(key);
+    if (found != drawn.constEnd())
+        return found.value();
     QPixmap pixmap(size, size);
     pixmap.fill(Qt::transparent);
     QSvgRenderer renderer(svgPath);
     QPainter painter(&pixmap);
     renderer.render(&painter);
+    painter.end();
+    drawn.insert(key, pixmap);
     return pixmap;
 }
 
 QIcon listIcon(const QString &svgPath, int size)
 {
-    // A handful of pictures at one size: the cache stays this small.
     static QHash<QString, QIcon> icons;
     const QString key = svgPath + QLatin1Char('@') + QString::number(size);
     auto found = icons.constFind(key);

@@ -21,7 +21,8 @@ constexpr int StateIconSize = 22;
 void applyStyles(Ui::WirelessWgtUI *ui, QWidget *page);
 void applySizes(Ui::WirelessWgtUI *ui, int screenWidth);
 
-// An SVG drawn at size x size.
+// An SVG drawn at size x size; each picture is drawn once and kept, the
+// set of pictures and sizes being fixed.
 QPixmap picture(const QString &svgPath, int size);
 
 // The list's signal icon for an SVG, drawn once per picture and kept: the

@@ -136,13 +136,14 @@ void WirelessWgtUI::initIpData()
     m_isStaticIP = settings->value(QLatin1String(StaticKey)).toString() == QLatin1String("true");
     ui->switchbox_staticIP->setChecked(m_isStaticIP);
     WlanFields::setAddressBlockEnabled(ui, m_isStaticIP);
+    // Under DHCP the record's addresses are not shown: no need to read it.
     EEInfoDetail::Flash_WR_1 record {};
-    EEInfoHandle::instance()->read_flash_wr1_info(&record);
-    if (m_isStaticIP && EEInfoHandle::instance()->lastReadComplete()) {
+    if (m_isStaticIP)
+        EEInfoHandle::instance()->read_flash_wr1_info(&record);
+    if (m_isStaticIP && EEInfoHandle::instance()->lastReadComplete())
         WlanFields::showRecord(ui, record);
-    } else {
+    else
         WlanFields::clear(ui);
-    }
     ui->ipLineEdit_dns1->setIPVal(ResolverFile::systemServer(ResolverFile::wlanTag(), ResolverFile::First));
     ui->ipLineEdit_dns2->setIPVal(ResolverFile::systemServer(ResolverFile::wlanTag(), ResolverFile::Backup));
     ui->lineEdit_macAddr->setText(WlanStatus::macText(QByteArray(), QString()));

@@ -72,8 +72,9 @@ void TestStartup::openingCost()
     // records, the general page reads the panel's width and brightness, the
     // network page reads the panel's width and brings up each enabled
     // static port with its stored address and the default routes, the
-    // version page reads its record afresh when the language is set, and
-    // nothing else is started while the window opens.
+    // WLAN page reads the panel's width and ports, the version page reads
+    // its record afresh when the language is set, and nothing else is
+    // started while the window opens.
     const QList<QStringList> calls = panel.calls();
     QStringList started;
     for (const QStringList &call : calls)
@@ -86,7 +87,7 @@ void TestStartup::openingCost()
     };
     const QStringList expected = QStringList{"readee", "readee", "readee", "readee", "getbright", "readee",
                                              "ifconfig eth0 192.168.1.100 up"}
-        + routes + QStringList{"ifconfig eth1 192.168.2.100 up"} + routes + QStringList{"readee"};
+        + routes + QStringList{"ifconfig eth1 192.168.2.100 up"} + routes + QStringList{"readee", "readee"};
     QCOMPARE(started, expected);
 
     // The same programs started on their own, one after the other: the
