@@ -361,8 +361,12 @@ void TestWirelessWgtUI::groupBoxOpensSearchPage()
     QTest::mousePress(box, Qt::LeftButton);
     QCOMPARE(box->styleSheet(), QStringLiteral("QGroupBox{background: #e6e7e9;}"));
     QCOMPARE(stack->currentIndex(), 0);
+    rig.panel().writeFile("/tmp/scan_parse", "near60\r\n");
+    Rig::setRegister(SysRegIdx::WlanScanCount, 1);
     QTest::mouseRelease(box, Qt::LeftButton);
     QCOMPARE(stack->currentIndex(), 1);
+    // The search page shows the list at once, not at the next tick.
+    QCOMPARE(itemTexts(rig.page()), QStringList {"near"});
     QCOMPARE(box->styleSheet(), QStringLiteral("QGroupBox{background: transparent;}"));
     QTest::mouseClick(child<QPushButton>(rig.page(), "pushButton_backToPage"), Qt::LeftButton);
     QCOMPARE(stack->currentIndex(), 0);
