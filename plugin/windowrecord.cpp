@@ -9,6 +9,8 @@ void WindowRecord::load()
     device->read_flash_wr1_info(&m_record);
     m_stale = !device->lastReadComplete();
     m_changedWhileStale = 0;
+    m_changedSinceSync = 0;
+    m_deviceWrites = device->writeCount();
 }
 
 void WindowRecord::copyPart(const EEInfoDetail::Flash_WR_1 &from, EEInfoDetail::Flash_WR_1 &to,
@@ -43,6 +45,7 @@ bool WindowRecord::merge(const EEInfoDetail::Flash_WR_1 &page, int part)
     if (part < WholeRecord || part > Gateway)
         return false;
     copyPart(page, m_record, part);
+    m_changedSinceSync |= 1u << part;
     if (m_stale)
         m_changedWhileStale |= 1u << part;
     return true;
@@ -65,11 +68,26 @@ bool WindowRecord::refresh()
     return true;
 }
 
+void WindowRecord::noteDeviceWrites()
+{
+    if (EEInfoHandle::instance()->writeCount() == m_deviceWrites)
+        return;
+    // Someone wrote the record past this copy: only what the pages changed
+    // since the copy was last in step is ours to put over a fresh read.
+    if (!m_stale)
+        m_changedWhileStale = m_changedSinceSync;
+    m_stale = true;
+}
+
 void WindowRecord::write()
 {
+    noteDeviceWrites();
     if (m_stale && !refresh()) {
         qCWarning(lcPlatform, "device record not written: no whole read of the device image");
         return;
     }
-    EEInfoHandle::instance()->write_flash_wr1_info(&m_record);
+    EEInfoHandle *device = EEInfoHandle::instance();
+    device->write_flash_wr1_info(&m_record);
+    m_changedSinceSync = 0;
+    m_deviceWrites = device->writeCount();
 }

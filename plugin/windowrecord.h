@@ -9,7 +9,11 @@
 // A copy that came from a failed or short read of the device image holds
 // stale bytes, so it is never written as it is: before the next write it is
 // refreshed from a whole read, and only the fields a page changed meanwhile
-// are put over the fresh record. With whole reads nothing extra is read.
+// are put over the fresh record. The same happens when the record was
+// written past the window since the copy was taken (the WLAN page keeps its
+// addresses in the record itself): the window's copy of those fields is
+// old, and writing it whole would put them back. Otherwise nothing extra is
+// read.
 class WindowRecord
 {
 public:
@@ -34,11 +38,16 @@ public:
 private:
     static void copyPart(const EEInfoDetail::Flash_WR_1 &from, EEInfoDetail::Flash_WR_1 &to, int part);
     bool refresh();
+    void noteDeviceWrites();
 
     EEInfoDetail::Flash_WR_1 m_record {};
     bool m_stale = false;
     // Parts merged while the copy was stale, one bit per part.
     unsigned m_changedWhileStale = 0;
+    // Parts merged since the copy was last loaded or written.
+    unsigned m_changedSinceSync = 0;
+    // The device's write count when the copy was last loaded or written.
+    quint64 m_deviceWrites = 0;
 };
 
 #endif // WINDOWRECORD_H

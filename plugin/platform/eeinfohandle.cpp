@@ -91,6 +91,7 @@ void EEInfoHandle::writeRecord(const Record &record)
     EEInfoDetail::recordToImage(record, m_image);
     m_platform.writecmd(PanelRoot::command(WriteImageTool).constData(),
                         reinterpret_cast<char *>(m_image), int(sizeof(m_image)), WaitBound::ImageTool);
+    ++m_writeCount;
 }
 
 void EEInfoHandle::read_flash_wr1_info(EEInfoDetail::Flash_WR_1 *record)

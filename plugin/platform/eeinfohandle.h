@@ -33,6 +33,11 @@ public:
     // A record read after a failed or short read holds stale bytes.
     bool lastReadComplete() const { return m_lastReadComplete; }
 
+    // How many times this process has written the image. A copy of a record
+    // taken before the count last changed may hold fields that another
+    // page has written since.
+    quint64 writeCount() const { return m_writeCount; }
+
     int getbright();                     // 0 when the tool printed nothing
     int setBright(int level);
     int setBeep(bool longBeep);
@@ -74,6 +79,7 @@ private:
     unsigned char m_image[EEInfoDetail::ImageSize];
     PlateformInterface m_platform;
     bool m_lastReadComplete = false;
+    quint64 m_writeCount = 0;
 };
 
 #endif // EEINFOHANDLE_H

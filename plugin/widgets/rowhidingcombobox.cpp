@@ -18,11 +18,12 @@ void RowHidingComboBox::setRowHidden(int row, bool hidden)
 
 void RowHidingComboBox::changeEvent(QEvent *event)
 {
-    // QComboBox answers a style or font change by building its popup to
-    // pass the change on; without a popup there is nothing to pass it to
-    // yet, and the popup takes the style and font in effect when it is built.
-    const bool styleOrFont = event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange;
-    if (styleOrFont && !m_popupBuilt) {
+    // QComboBox answers a style change by building its popup to restyle
+    // it; without a popup there is nothing to restyle yet, and the popup
+    // takes the style in effect when it is built. The same holds for a font
+    // change, which a form sends when a scroll area takes in its contents.
+    const bool restyle = event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange;
+    if (restyle && !m_popupBuilt) {
         QWidget::changeEvent(event);
         return;
     }
@@ -31,11 +32,15 @@ void RowHidingComboBox::changeEvent(QEvent *event)
 
 void RowHidingComboBox::showPopup()
 {
-    const bool building = !m_popupBuilt;
-    m_popupBuilt = true;
-    // The popup is a window of its own and inherits no font.
-    if (building)
-        view()->window()->setFont(font());
+    if (!m_popupBuilt) {
+        m_popupBuilt = true;
+        // Font changes were not passed on while there was no popup; the
+        // popup is a window of its own and inherits nothing.
+        QWidget *list = view();
+        if (QWidget *container = list->parentWidget())
+            container->setFont(font());
+        list->setFont(font());
+    }
     if (auto *list = qobject_cast<QListView *>(view())) {
         for (int row = 0; row < count(); ++row)
             list->setRowHidden(row, m_hidden.contains(row));

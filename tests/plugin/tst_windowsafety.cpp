@@ -1,6 +1,7 @@
 // The settings window on a panel whose device image cannot be read whole,
 // or whose firmware tools hang: nothing it did not read whole is written
 // back, and the operator's screen never freezes.
+#include "eeinfohandle.h"
 #include "settings.h"
 #include "sysreg.h"
 #include "testharness.h"
@@ -50,6 +51,7 @@ private slots:
     void staleCopyIsRefreshedBeforeItIsWritten();
     void staleCopyIsNeverWrittenWhileReadsFail();
     void wholeReadsRunNoExtraTool();
+    void recordWrittenPastTheWindowIsNotUndone();
     void hungToolLeavesTheWindowWorking();
 };
 
@@ -129,6 +131,41 @@ void TestWindowSafety::wholeReadsRunNoExtraTool()
     Flash_WR_1 page {};
     page.eth0Mask = 0x00ffffff;
     window.onUpdateEEData(page, Settings::SubnetMask);
+    QCOMPARE(toolNames(panel.calls()), QStringList({"readee", "writeee"}));
+}
+
+// The WLAN page keeps its addresses in the record itself. A later change
+// through the window must not put the window's older copy of them back.
+void TestWindowSafety::recordWrittenPastTheWindowIsNotUndone()
+{
+    TestPanel panel;
+    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
+    const QByteArray full = sampleImage(7);
+    panel.setImage(full);
+    Settings window;
+    window.init();
+
+    Flash_WR_1 direct {};
+    EEInfoHandle::instance()->read_flash_wr1_info(&direct);
+    direct.wlanIp = 0x4d05a8c0;
+    direct.wlanMask = 0x00ffffff;
+    EEInfoHandle::instance()->write_flash_wr1_info(&direct);
+
+    panel.clearCalls();
+    Flash_WR_1 page {};
+    page.brightness = 0x0203;
+    window.onUpdateEEData(page, Settings::Brightness);
+    QCOMPARE(toolNames(panel.calls()), QStringList({"readee", "readee", "writeee"}));
+    Flash_WR_1 onDevice {};
+    recordFromImage(onDevice, reinterpret_cast<const unsigned char *>(panel.image().constData()));
+    QCOMPARE(onDevice.wlanIp, direct.wlanIp);
+    QCOMPARE(onDevice.wlanMask, direct.wlanMask);
+    QCOMPARE(onDevice.brightness, page.brightness);
+    QCOMPARE(onDevice.eth0Ip, direct.eth0Ip);
+
+    // In step again: the next write reads nothing extra.
+    panel.clearCalls();
+    window.onWriteEEData();
     QCOMPARE(toolNames(panel.calls()), QStringList({"readee", "writeee"}));
 }
 

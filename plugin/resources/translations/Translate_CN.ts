@@ -404,4 +404,91 @@
         <translation>请输入 %1 的密码</translation>
     </message>
 </context>
+<context>
+    <name>WirelessWgtUI</name>
+    <message>
+        <source>Disabled network</source>
+        <translation>禁用网络</translation>
+    </message>
+    <message>
+        <source>Tab to access WLAN settings</source>
+        <translation>点击进入 WLAN 设置</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>未连接</translation>
+    </message>
+    <message>
+        <source>Static IP</source>
+        <translation>静态 IP</translation>
+    </message>
+    <message>
+        <source>IP address</source>
+        <translation>IP 地址</translation>
+    </message>
+    <message>
+        <source>Subnet mask</source>
+        <translation>子网掩码</translation>
+    </message>
+    <message>
+        <source>Default gateway</source>
+        <translation>默认网关</translation>
+    </message>
+    <message>
+        <source>MAC address</source>
+        <translation>MAC 地址</translation>
+    </message>
+    <message>
+        <source>Default NIC Information</source>
+        <translation>默认网卡信息</translation>
+    </message>
+    <message>
+        <source>Extranet ping test</source>
+        <translation>外网 ping 测试</translation>
+    </message>
+    <message>
+        <source>DNS Server Info</source>
+        <translation>DNS 服务器信息</translation>
+    </message>
+    <message>
+        <source>Preferred DNS</source>
+        <translation>首选 DNS</translation>
+    </message>
+    <message>
+        <source>Alternate DNS</source>
+        <translation>备用 DNS</translation>
+    </message>
+    <message>
+        <source>&lt;  WLAN Settings</source>
+        <translation>&lt;  WLAN 设置</translation>
+    </message>
+    <message>
+        <source>Reset WLAN</source>
+        <translation>重置 WLAN</translation>
+    </message>
+    <message>
+        <source>Connected WLAN</source>
+        <translation>已连接的 WLAN</translation>
+    </message>
+    <message>
+        <source>Select a nearby WLAN</source>
+        <translation>选择附近的 WLAN</translation>
+    </message>
+    <message>
+        <source>wired network0</source>
+        <translation>有线网络0</translation>
+    </message>
+    <message>
+        <source>wired network1</source>
+        <translation>有线网络1</translation>
+    </message>
+    <message>
+        <source>wireless network</source>
+        <translation>无线网络</translation>
+    </message>
+    <message>
+        <source>Online</source>
+        <translation>已连接</translation>
+    </message>
+</context>
 </TS>

@@ -404,4 +404,91 @@
         <translation>Input the password of %1</translation>
     </message>
 </context>
+<context>
+    <name>WirelessWgtUI</name>
+    <message>
+        <source>Disabled network</source>
+        <translation>Disabled network</translation>
+    </message>
+    <message>
+        <source>Tab to access WLAN settings</source>
+        <translation>Tab to access WLAN settings</translation>
+    </message>
+    <message>
+        <source>Disabled</source>
+        <translation>Disabled</translation>
+    </message>
+    <message>
+        <source>Static IP</source>
+        <translation>Static IP</translation>
+    </message>
+    <message>
+        <source>IP address</source>
+        <translation>IP address</translation>
+    </message>
+    <message>
+        <source>Subnet mask</source>
+        <translation>Subnet mask</translation>
+    </message>
+    <message>
+        <source>Default gateway</source>
+        <translation>Default gateway</translation>
+    </message>
+    <message>
+        <source>MAC address</source>
+        <translation>MAC address</translation>
+    </message>
+    <message>
+        <source>Default NIC Information</source>
+        <translation>Default NIC Information</translation>
+    </message>
+    <message>
+        <source>Extranet ping test</source>
+        <translation>Extranet ping test</translation>
+    </message>
+    <message>
+        <source>DNS Server Info</source>
+        <translation>DNS Server Info</translation>
+    </message>
+    <message>
+        <source>Preferred DNS</source>
+        <translation>Preferred DNS</translation>
+    </message>
+    <message>
+        <source>Alternate DNS</source>
+        <translation>Alternate DNS</translation>
+    </message>
+    <message>
+        <source>&lt;  WLAN Settings</source>
+        <translation>&lt;  WLAN Settings</translation>
+    </message>
+    <message>
+        <source>Reset WLAN</source>
+        <translation>Reset WLAN</translation>
+    </message>
+    <message>
+        <source>Connected WLAN</source>
+        <translation>Connected WLAN</translation>
+    </message>
+    <message>
+        <source>Select a nearby WLAN</source>
+        <translation>Select a nearby WLAN</translation>
+    </message>
+    <message>
+        <source>wired network0</source>
+        <translation>wired network0</translation>
+    </message>
+    <message>
+        <source>wired network1</source>
+        <translation>wired network1</translation>
+    </message>
+    <message>
+        <source>wireless network</source>
+        <translation>wireless network</translation>
+    </message>
+    <message>
+        <source>Online</source>
+        <translation>Online</translation>
+    </message>
+</context>
 </TS>
