@@ -18,6 +18,7 @@
 #include "wlanadapterbox.h"
 #include "wlanaddressing.h"
 #include "wlanfields.h"
+#include "wlanconnectrequest.h"
 #include "wlanregisters.h"
 #include "wlanstatus.h"
 
@@ -363,7 +364,7 @@ void WirelessWgtUI::on_listWidget_wifi_itemClicked(QListWidgetItem *item)
     if (kind == EncryptionList::NotListed)
         return;
     if (kind == EncryptionList::Open) {
-        WlanRegisters::requestConnection(m_clickedSsid, QByteArray());
+        WlanConnectRequest::send(m_clickedSsid, QString());
         return;
     }
     QByteArray table;
@@ -371,7 +372,7 @@ void WirelessWgtUI::on_listWidget_wifi_itemClicked(QListWidgetItem *item)
         return;
     const SavedPasswords::Result saved = SavedPasswords::lookup(table, m_clickedSsid);
     if (saved.found)
-        WlanRegisters::requestConnection(m_clickedSsid, saved.password);
+        WlanConnectRequest::send(m_clickedSsid, QString::fromLocal8Bit(saved.password));
     else
         openPasswordDialog(m_clickedSsid);
 }
