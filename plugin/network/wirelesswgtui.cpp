@@ -57,14 +57,6 @@ QSettings *openSettings(QObject *parent)
     return new QSettings(PanelRoot::path(QString::fromLatin1(SettingsPath)), QSettings::IniFormat, parent);
 }
 
-QStringList defaultInterfaceLookup(const QString &name)
-{
-    const QNetworkInterface interface = QNetworkInterface::interfaceFromName(name);
-    if (!interface.isValid())
-        return {};
-    return NetworkSettings::addressList(interface.flags(), interface.addressEntries());
-}
-
 } // namespace
 
 bool WirelessWgtUI::m_isStaticIP = false;
@@ -72,7 +64,7 @@ bool WirelessWgtUI::m_isStaticIP = false;
 WirelessWgtUI::WirelessWgtUI(QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::WirelessWgtUI)
-    , m_lookup(defaultInterfaceLookup)
+    , m_lookup(NetworkSettings::liveAddresses)
 {
     ui->setupUi(this);
     // The form builds its scroll areas' contents without a parent and moves
@@ -213,7 +205,7 @@ QStringList WirelessWgtUI::getipAddress(const QString &name) const
 
 void WirelessWgtUI::setInterfaceLookup(const InterfaceLookup &lookup)
 {
-    m_lookup = lookup ? lookup : InterfaceLookup(defaultInterfaceLookup);
+    m_lookup = lookup ? lookup : InterfaceLookup(NetworkSettings::liveAddresses);
 }
 
 void WirelessWgtUI::playKeyClick()
