@@ -196,7 +196,7 @@ void TestNetworkShared::registerValueKeepsToItsLength()
     TestPanel panel;
     QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
     const quint32 wide = 0x01020304;
-    QCOMPARE(SysReg_WriteNotify(SysRegIdx::Mobile4GState, &wide, sizeof wide), 0);
+    QCOMPARE(SysReg_Write(SysRegIdx::Mobile4GState, &wide, sizeof wide), 0);
     const quint8 neighbour = 0x77;
     QCOMPARE(SysReg_Write(126, &neighbour, 1), 0);
     QCOMPARE(SysReg_ReadValue(SysRegIdx::Mobile4GState), quint32(0x04));
