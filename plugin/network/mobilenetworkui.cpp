@@ -58,29 +58,11 @@ const Sizes SizeTable[] = {
     {1920, 1080, 52, 90, 420, 140, 20},
 };
 
-const Sizes &sizesFor(int screenWidth)
-{
-    const Sizes *chosen = &SizeTable[0];
-    for (const Sizes &sizes : SizeTable) {
-        if (screenWidth >= sizes.minWidth)
-            chosen = &sizes;
-    }
-    return *chosen;
-}
 
-// The registers the page reads are at most 4 bytes of value; the table may
-// store fewer, so the rest of the buffer stays zero.
-quint32 readValue(unsigned index)
-{
-    quint8 bytes[8] = {};
-    if (SysReg_Read(index, bytes) != 0)
-        return 0;
-    return quint32(bytes[0]) | quint32(bytes[1]) << 8 | quint32(bytes[2]) << 16 | quint32(bytes[3]) << 24;
-}
 
 bool bitSet(unsigned index)
 {
-    return readValue(index) & 1u;
+    return SysReg_ReadValue(index) & 1u;
 }
 
 void writeNotify(unsigned index, quint32 value, unsigned length)
@@ -140,7 +122,7 @@ void MobileNetworkUI::adjustWgtSize()
 {
     // The screen, not the record: reading the record runs the image tool,
     // and the window already pays for that a few times while it opens.
-    const Sizes &sizes = sizesFor(PanelScreen::size().width());
+    const Sizes &sizes = PanelScreen::rowFor(SizeTable, PanelScreen::size().width());
     ui->pageLayout->setVerticalSpacing(sizes.spacing);
     ui->pageLayout->setHorizontalSpacing(sizes.spacing * 2 + 8);
     ui->switch_4g->setFixedSize(sizes.switchWidth, sizes.switchWidth * 3 / 7);
@@ -172,7 +154,7 @@ void MobileNetworkUI::refresh()
         m_initialising = false;
         selectDefaultAdapter();
     }
-    showLinkState(readValue(SysRegIdx::Mobile4GState));
+    showLinkState(SysReg_ReadValue(SysRegIdx::Mobile4GState));
 }
 
 void MobileNetworkUI::fillAdapterList()
@@ -198,7 +180,7 @@ void MobileNetworkUI::fillAdapterList()
 void MobileNetworkUI::selectDefaultAdapter()
 {
     RowHidingComboBox *list = ui->comboBox_network;
-    const quint32 stored = readValue(SysRegIdx::DefaultAdapter);
+    const quint32 stored = SysReg_ReadValue(SysRegIdx::DefaultAdapter);
     // A hidden row names a port that is switched off: it cannot carry the route.
     const bool usable = stored < quint32(list->count()) && !list->isRowHidden(int(stored));
     list->setCurrentIndex(usable ? int(stored) : int(AdapterList::AutoRow));
@@ -206,7 +188,7 @@ void MobileNetworkUI::selectDefaultAdapter()
 
 void MobileNetworkUI::K4G_Timer()
 {
-    showLinkState(readValue(SysRegIdx::Mobile4GState));
+    showLinkState(SysReg_ReadValue(SysRegIdx::Mobile4GState));
 }
 
 void MobileNetworkUI::showLinkState(unsigned state)
@@ -214,7 +196,7 @@ void MobileNetworkUI::showLinkState(unsigned state)
     switch (state) {
     case MobileStatus::Connected:
         showStatus(state);
-        showPicture(MobileStatus::signalPicture(readValue(SysRegIdx::Mobile4GSignal), m_picture));
+        showPicture(MobileStatus::signalPicture(SysReg_ReadValue(SysRegIdx::Mobile4GSignal), m_picture));
         // The host writes the link's servers once it is up; after that the
         // file is left alone until the link drops.
         if (ui->ipLineEdit_dns1->getIPVal() == QLatin1String(NoAddress))

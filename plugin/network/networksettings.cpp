@@ -93,22 +93,13 @@ QStringList macOf(const quint8 *mac)
     return bytes;
 }
 
-QStringList defaultInterfaceLookup(const QString &name)
-{
-    const QNetworkInterface interface = QNetworkInterface::interfaceFromName(name);
-    if (!interface.isValid())
-        return {};
-    return NetworkSettings::addressList(interface.flags(), interface.addressEntries());
-}
-
 } // namespace
-
 
 NetworkSettings::NetworkSettings(QWidget *parent)
     : QTabWidget(parent)
     , m_translator(new QTranslator(this))
     , m_pingTimer(new QTimer(this))
-    , m_lookup(defaultInterfaceLookup)
+    , m_lookup(liveAddresses)
 {
     static_assert(offsetof(Records, readOnly) == EEInfoDetail::Flash_WR_1::Size,
                   "the record copies must lie back to back");
@@ -324,6 +315,14 @@ QStringList NetworkSettings::getMacFromEE(networkIndexType port) const
     return macOf(port == eth0 ? m_records.wr1.eth0Mac : m_records.wr1.eth1Mac);
 }
 
+QStringList NetworkSettings::liveAddresses(const QString &name)
+{
+    const QNetworkInterface interface = QNetworkInterface::interfaceFromName(name);
+    if (!interface.isValid())
+        return {};
+    return addressList(interface.flags(), interface.addressEntries());
+}
+
 QStringList NetworkSettings::addressList(QNetworkInterface::InterfaceFlags flags,
                                          const QList<QNetworkAddressEntry> &entries)
 {
@@ -345,7 +344,7 @@ QStringList NetworkSettings::getipAddress(const QString &name) const
 
 void NetworkSettings::setInterfaceLookup(const InterfaceLookup &lookup)
 {
-    m_lookup = lookup ? lookup : InterfaceLookup(defaultInterfaceLookup);
+    m_lookup = lookup ? lookup : InterfaceLookup(liveAddresses);
 }
 
 WiredPortPage *NetworkSettings::portPage(int port) const

@@ -57,6 +57,8 @@ public:
     // Address and mask texts (address, mask, address, mask...) of a system
     // interface that is up and running; empty otherwise.
     QStringList getipAddress(const QString &name) const;
+    // Address and mask the system gives interface `name` now (addressList).
+    static QStringList liveAddresses(const QString &name);
     static QStringList addressList(QNetworkInterface::InterfaceFlags flags,
                                    const QList<QNetworkAddressEntry> &entries);
     // Where getipAddress looks; tests put a table of their own here.

@@ -41,29 +41,11 @@ const Sizes SizeTable[] = {
     {1920, 52, 90, 420, 28},
 };
 
-const Sizes &sizesFor(int screenWidth)
-{
-    const Sizes *chosen = &SizeTable[0];
-    for (const Sizes &sizes : SizeTable) {
-        if (screenWidth >= sizes.minWidth)
-            chosen = &sizes;
-    }
-    return *chosen;
-}
 
-// The registers the page reads are at most 4 bytes of value; the table may
-// store fewer, so the rest of the buffer stays zero.
-quint32 readValue(unsigned index)
-{
-    quint8 bytes[8] = {};
-    if (SysReg_Read(index, bytes) != 0)
-        return 0;
-    return quint32(bytes[0]) | quint32(bytes[1]) << 8 | quint32(bytes[2]) << 16 | quint32(bytes[3]) << 24;
-}
 
 bool vpnOn()
 {
-    return readValue(SysRegIdx::VpnSwitch) & 1u;
+    return SysReg_ReadValue(SysRegIdx::VpnSwitch) & 1u;
 }
 
 void writeNotify(unsigned index, quint32 value, unsigned length)
@@ -95,7 +77,7 @@ VpnSetUI::VpnSetUI(int fontId, QWidget *parent)
     ui->switch_vpn->setChecked(vpnOn());
     m_initialising = true;
     ui->comboBox_server->addItems(VpnStatus::serverNames(true));
-    ui->comboBox_server->setCurrentIndex(VpnStatus::regionIndex(readValue(SysRegIdx::VpnRegion)));
+    ui->comboBox_server->setCurrentIndex(VpnStatus::regionIndex(SysReg_ReadValue(SysRegIdx::VpnRegion)));
     m_initialising = false;
 }
 
@@ -108,7 +90,7 @@ void VpnSetUI::adjustWgtSize()
 {
     // The screen, not the record: reading the record runs the image tool,
     // and the window already pays for that a few times while it opens.
-    const Sizes &sizes = sizesFor(PanelScreen::size().width());
+    const Sizes &sizes = PanelScreen::rowFor(SizeTable, PanelScreen::size().width());
     ui->pageLayout->setVerticalSpacing(sizes.spacing);
     ui->pageLayout->setHorizontalSpacing(sizes.spacing + 10);
     ui->switch_vpn->setFixedSize(sizes.switchWidth, sizes.switchWidth * 3 / 7);
@@ -133,7 +115,7 @@ void VpnSetUI::slot_switchBox_vpn_toggled(bool on)
 void VpnSetUI::Kvpn_Timer()
 {
     const bool on = vpnOn();
-    const bool chinese = VpnStatus::chineseLanguage(readValue(SysRegIdx::Language));
+    const bool chinese = VpnStatus::chineseLanguage(SysReg_ReadValue(SysRegIdx::Language));
     if (!on) {
         // The next start then begins from "Prepare to connect", not from
         // whatever the host left behind.
@@ -142,7 +124,7 @@ void VpnSetUI::Kvpn_Timer()
         ui->label_connectStatue->setText(VpnStatus::statusText(VpnStatus::Preparing, chinese));
     } else {
         AddressRegister::read(SysRegIdx::VpnAddress);
-        const QString text = VpnStatus::statusText(readValue(SysRegIdx::VpnState), chinese);
+        const QString text = VpnStatus::statusText(SysReg_ReadValue(SysRegIdx::VpnState), chinese);
         if (!text.isEmpty())
             ui->label_connectStatue->setText(text);
     }
@@ -159,7 +141,7 @@ void VpnSetUI::on_comboBox_server_currentIndexChanged(int index)
         // The service is joined to the current region's networks: moving
         // it while it runs would leave it half in both.
         m_reverting = true;
-        ui->comboBox_server->setCurrentIndex(VpnStatus::regionIndex(readValue(SysRegIdx::VpnRegion)));
+        ui->comboBox_server->setCurrentIndex(VpnStatus::regionIndex(SysReg_ReadValue(SysRegIdx::VpnRegion)));
         LanguageMessage::warn(this, QStringLiteral("Please turn off VPN first!"), QStringLiteral("请先关闭VPN!"));
         m_reverting = false;
         return;

@@ -1,6 +1,7 @@
 #include "wiredportpage.h"
 #include "ui_wiredportpage.h"
 
+#include "panelscreen.h"
 #include "testbuttonstyle.h"
 
 #include <QComboBox>
@@ -46,15 +47,6 @@ const Sizes SizeTable[] = {
     {1920, 84, 52, 90, 20, 260, 260, 120},
 };
 
-const Sizes &sizesFor(int screenWidth)
-{
-    const Sizes *chosen = &SizeTable[0];
-    for (const Sizes &sizes : SizeTable) {
-        if (screenWidth >= sizes.minWidth)
-            chosen = &sizes;
-    }
-    return *chosen;
-}
 
 } // namespace
 
@@ -212,7 +204,7 @@ void WiredPortPage::retranslate()
 
 void WiredPortPage::adjustToScreen(int screenWidth)
 {
-    const Sizes &sizes = sizesFor(screenWidth);
+    const Sizes &sizes = PanelScreen::rowFor(SizeTable, screenWidth);
     for (QLineEdit *edit : fields())
         edit->setFixedSize(sizes.fieldWidth, sizes.rowHeight);
     ui->modeComboBox->setFixedSize(sizes.comboWidth, sizes.rowHeight);

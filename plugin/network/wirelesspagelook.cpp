@@ -1,6 +1,7 @@
 #include "wirelesspagelook.h"
 #include "ui_wirelesswgtui.h"
 
+#include "panelscreen.h"
 #include <QFile>
 #include <QHash>
 #include <QPainter>
@@ -48,15 +49,6 @@ const Sizes SizeTable[] = {
     {1920, 52, 90, 300, 300, 280, 220, 44, 24, 16},
 };
 
-const Sizes &sizesFor(int screenWidth)
-{
-    const Sizes *chosen = &SizeTable[0];
-    for (const Sizes &sizes : SizeTable) {
-        if (screenWidth >= sizes.minWidth)
-            chosen = &sizes;
-    }
-    return *chosen;
-}
 
 } // namespace
 
@@ -74,7 +66,7 @@ void applyStyles(Ui::WirelessWgtUI *ui, QWidget *page)
 
 void applySizes(Ui::WirelessWgtUI *ui, int screenWidth)
 {
-    const Sizes &sizes = sizesFor(screenWidth);
+    const Sizes &sizes = PanelScreen::rowFor(SizeTable, screenWidth);
     for (IPLineEdit *field : {ui->ipLineEdit_ip, ui->ipLineEdit_mask, ui->ipLineEdit_gateway, ui->ipLineEdit_dns1,
                               ui->ipLineEdit_dns2}) {
         field->resizeUIWgt();

@@ -18,6 +18,7 @@
 #include "wlanadapterbox.h"
 #include "wlanaddressing.h"
 #include "wlanfields.h"
+#include "wlanconnectrequest.h"
 #include "wlanregisters.h"
 #include "wlanstatus.h"
 
@@ -56,14 +57,6 @@ QSettings *openSettings(QObject *parent)
     return new QSettings(PanelRoot::path(QString::fromLatin1(SettingsPath)), QSettings::IniFormat, parent);
 }
 
-QStringList defaultInterfaceLookup(const QString &name)
-{
-    const QNetworkInterface interface = QNetworkInterface::interfaceFromName(name);
-    if (!interface.isValid())
-        return {};
-    return NetworkSettings::addressList(interface.flags(), interface.addressEntries());
-}
-
 } // namespace
 
 bool WirelessWgtUI::m_isStaticIP = false;
@@ -71,7 +64,7 @@ bool WirelessWgtUI::m_isStaticIP = false;
 WirelessWgtUI::WirelessWgtUI(QWidget *parent)
     : QWidget(parent)
     , ui(new Ui::WirelessWgtUI)
-    , m_lookup(defaultInterfaceLookup)
+    , m_lookup(NetworkSettings::liveAddresses)
 {
     ui->setupUi(this);
     // The form builds its scroll areas' contents without a parent and moves
@@ -212,7 +205,7 @@ QStringList WirelessWgtUI::getipAddress(const QString &name) const
 
 void WirelessWgtUI::setInterfaceLookup(const InterfaceLookup &lookup)
 {
-    m_lookup = lookup ? lookup : InterfaceLookup(defaultInterfaceLookup);
+    m_lookup = lookup ? lookup : InterfaceLookup(NetworkSettings::liveAddresses);
 }
 
 void WirelessWgtUI::playKeyClick()
@@ -363,7 +356,7 @@ void WirelessWgtUI::on_listWidget_wifi_itemClicked(QListWidgetItem *item)
     if (kind == EncryptionList::NotListed)
         return;
     if (kind == EncryptionList::Open) {
-        WlanRegisters::requestConnection(m_clickedSsid, QByteArray());
+        WlanConnectRequest::send(m_clickedSsid, QString());
         return;
     }
     QByteArray table;
@@ -371,7 +364,7 @@ void WirelessWgtUI::on_listWidget_wifi_itemClicked(QListWidgetItem *item)
         return;
     const SavedPasswords::Result saved = SavedPasswords::lookup(table, m_clickedSsid);
     if (saved.found)
-        WlanRegisters::requestConnection(m_clickedSsid, saved.password);
+        WlanConnectRequest::send(m_clickedSsid, QString::fromLocal8Bit(saved.password));
     else
         openPasswordDialog(m_clickedSsid);
 }

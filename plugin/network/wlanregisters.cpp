@@ -34,12 +34,4 @@ QByteArray text(unsigned index, int registerSize)
     return QByteArray(buffer.constData());
 }
 
-void requestConnection(const QString &ssid, const QByteArray &password)
-{
-    writeText(SysRegIdx::WlanSsid, ssid.toLocal8Bit(), ssid.size(), SsidSize);
-    writeText(SysRegIdx::WlanPassphrase, password, password.size(), PasswordSize);
-    writeByte(SysRegIdx::WlanConnectRequest, 1);
-    writeByte(SysRegIdx::WlanState, 0);
-}
-
 } // namespace WlanRegisters

@@ -23,11 +23,6 @@ void writeText(unsigned index, const QByteArray &text, int length, int registerS
 // The register's text up to its first NUL; never more than registerSize.
 QByteArray text(unsigned index, int registerSize);
 
-// Asks the host application to join `ssid`: 103 the SSID (its local 8-bit
-// bytes, as many as it has characters), 104 the password, 101 the request,
-// 100 back to 0; each announced, in this order.
-void requestConnection(const QString &ssid, const QByteArray &password);
-
 } // namespace WlanRegisters
 
 #endif // WLANREGISTERS_H

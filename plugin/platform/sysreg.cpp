@@ -141,3 +141,13 @@ bool SysReg_IsRegIdx(unsigned index, RegBase *reg)
 {
     return SysReg::instance().isRegIdx(index, reg);
 }
+
+quint32 SysReg_ReadValue(unsigned index)
+{
+    // Room for the longest register of the table, whatever its length.
+    quint8 bytes[256] = {};
+    const RegBase *reg = SysReg_LoadReg(index);
+    if (!reg || reg->length > sizeof bytes || SysReg_Read(index, bytes) != 0)
+        return 0;
+    return quint32(bytes[0]) | quint32(bytes[1]) << 8 | quint32(bytes[2]) << 16 | quint32(bytes[3]) << 24;
+}

@@ -80,6 +80,9 @@ RegBase *SysReg_LoadReg(unsigned index);
 int SysReg_Read(unsigned index, void *buf);
 int SysReg_Write(unsigned index, const void *buf, unsigned len);
 int SysReg_WriteNotify(unsigned index, const void *buf, unsigned len);
+// The register as a number: its first four stored bytes (fewer when the
+// table stores fewer), little-endian; 0 when it cannot be read.
+quint32 SysReg_ReadValue(unsigned index);
 bool SysReg_IsRegIdx(unsigned index, RegBase *reg);
 
 #endif // SYSREG_H

@@ -29,6 +29,7 @@ private slots:
     void messageFollowsLanguageRegister_data();
     void messageFollowsLanguageRegister();
     void testButtonStyles();
+    void registerValueKeepsToItsLength();
 };
 
 void TestNetworkShared::adapterChoice_data()
@@ -186,6 +187,23 @@ void TestNetworkShared::testButtonStyles()
     const QImage image = named.grab().toImage();
     const QColor middle = image.pixelColor(image.width() / 2, image.height() / 2);
     QVERIFY2(middle.red() > 200 && middle.blue() < 150, qPrintable(middle.name()));
+}
+
+// A value written wider than the table stores reads back as what was
+// stored; the neighbouring register is not part of it.
+void TestNetworkShared::registerValueKeepsToItsLength()
+{
+    TestPanel panel;
+    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
+    const quint32 wide = 0x01020304;
+    QCOMPARE(SysReg_Write(SysRegIdx::Mobile4GState, &wide, sizeof wide), 0);
+    const quint8 neighbour = 0x77;
+    QCOMPARE(SysReg_Write(126, &neighbour, 1), 0);
+    QCOMPARE(SysReg_ReadValue(SysRegIdx::Mobile4GState), quint32(0x04));
+    const unsigned char address[8] = {1, 0, 2, 0, 3, 0, 4, 0};
+    QCOMPARE(SysReg_Write(SysRegIdx::VpnAddress, address, sizeof address), 0);
+    QCOMPARE(SysReg_ReadValue(SysRegIdx::VpnAddress), quint32(0x00020001));
+    QCOMPARE(SysReg_ReadValue(SysReg::RegCount), quint32(0));
 }
 
 PANEL_GUI_TEST_MAIN(TestNetworkShared)
