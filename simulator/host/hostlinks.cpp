@@ -120,11 +120,11 @@ bool HostLinks::scanCommand(const QString &command, QString *error)
         *error = QStringLiteral("no network \"%1\" in range").arg(ssid);
         return false;
     }
-    const QString spec = command.mid(ScanAddPrefix.size());
-    const int colon = spec.indexOf(QLatin1Char(':'));
+    const QString nameAndPassword = command.mid(ScanAddPrefix.size());
+    const int colon = nameAndPassword.indexOf(QLatin1Char(':'));
     SimNetwork network;
-    network.ssid = colon < 0 ? spec : spec.left(colon);
-    network.password = colon < 0 ? QString() : spec.mid(colon + 1);
+    network.ssid = colon < 0 ? nameAndPassword : nameAndPassword.left(colon);
+    network.password = colon < 0 ? QString() : nameAndPassword.mid(colon + 1);
     network.quality = AddedNetworkQuality;
     m_wlan->addNetwork(network);
     return true;
