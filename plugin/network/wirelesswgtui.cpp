@@ -241,7 +241,7 @@ void WirelessWgtUI::updateWlanList()
         if (QTextCodec *codec = QTextCodec::codecForName("GB2312"))
             QTextCodec::setCodecForLocale(codec);
         const bool connected = WlanRegisters::byte(SysRegIdx::WlanState) == WlanStatus::Connected;
-        const QString connectedSsid = ScanList::decode(WlanRegisters::text(SysRegIdx::WlanSsid, WlanRegisters::SsidSize));
+        const QString connectedSsid = ScanList::decode(WlanRegisters::text(SysRegIdx::WlanSsid));
         for (const ScanList::Entry &entry : ScanList::parse(ScanList::decode(bytes))) {
             const QString icon = ScanList::iconFor(entry.quality);
             if (connected && entry.ssid == connectedSsid) {
@@ -288,11 +288,11 @@ void WirelessWgtUI::showOnline()
 {
     ui->label_wifiStatus->setText(tr(WlanStatus::statusSource(WlanStatus::ShowOnline)));
     m_pswErrorSsid.clear();
-    const QString ssid = ScanList::decode(WlanRegisters::text(SysRegIdx::WlanSsid, WlanRegisters::SsidSize)).simplified();
+    const QString ssid = ScanList::decode(WlanRegisters::text(SysRegIdx::WlanSsid)).simplified();
     ui->label_connectedWlanNm->setText(ssid);
     ui->label_connectedWifiName->setText(ssid);
     WlanFields::showRegisters(ui);
-    const QByteArray mac = WlanRegisters::text(SysRegIdx::WlanMac, WlanRegisters::MacSize);
+    const QByteArray mac = WlanRegisters::text(SysRegIdx::WlanMac);
     const QString shown = WlanStatus::macText(mac, m_macAddress);
     if (!mac.isEmpty())
         m_macAddress = shown;

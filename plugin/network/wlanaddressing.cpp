@@ -160,8 +160,8 @@ bool requestReset()
         return false;
     flag.close();
     clearRegisters();
-    WlanRegisters::writeText(SysRegIdx::WlanSsid, QByteArray(), 0, WlanRegisters::SsidSize);
-    WlanRegisters::writeText(SysRegIdx::WlanPassphrase, QByteArray(), 0, WlanRegisters::PasswordSize);
+    WlanRegisters::writeText(SysRegIdx::WlanSsid, QByteArray());
+    WlanRegisters::writeText(SysRegIdx::WlanPassphrase, QByteArray());
     return true;
 }
 

@@ -1,17 +1,29 @@
 #include "wlanregisters.h"
 
+#include "localreg.h"
 #include "sysreg.h"
 
-#include <algorithm>
+namespace {
+
+// More than any text register of the table holds; an odd table row cannot
+// make a buffer grow past it.
+constexpr quint32 LongestTextRegister = 255;
+
+} // namespace
 
 namespace WlanRegisters {
 
+int storedLength(unsigned index)
+{
+    const RegBase *reg = SysReg_LoadReg(index);
+    if (!reg || LocalReg::isBitArea(reg->area))
+        return 0;
+    return int(qMin(reg->length, LongestTextRegister));
+}
+
 quint8 byte(unsigned index)
 {
-    // Wider than a byte on purpose: a bit register is read into its first.
-    quint8 value[4] = {};
-    SysReg_Read(index, value);
-    return value[0];
+    return quint8(SysReg_ReadValue(index) & 0xffu);
 }
 
 void writeByte(unsigned index, quint8 value)
@@ -19,17 +31,22 @@ void writeByte(unsigned index, quint8 value)
     SysReg_WriteNotify(index, &value, 1);
 }
 
-void writeText(unsigned index, const QByteArray &text, int length, int registerSize)
+void writeText(unsigned index, const QByteArray &bytes)
 {
-    QByteArray buffer(registerSize + 1, '\0');
-    const QByteArray cut = text.left(qBound(0, length, registerSize));
-    std::copy(cut.cbegin(), cut.cend(), buffer.begin());
-    SysReg_WriteNotify(index, buffer.constData(), unsigned(registerSize));
+    const int length = storedLength(index);
+    if (length == 0)
+        return;
+    QByteArray buffer = bytes.left(length);
+    buffer.append(QByteArray(length - buffer.size(), '\0'));
+    SysReg_WriteNotify(index, buffer.constData(), unsigned(length));
 }
 
-QByteArray text(unsigned index, int registerSize)
+QByteArray text(unsigned index)
 {
-    QByteArray buffer(registerSize + 1, '\0');
+    const int length = storedLength(index);
+    if (length == 0)
+        return QByteArray();
+    QByteArray buffer(length + 1, '\0');
     SysReg_Read(index, buffer.data());
     return QByteArray(buffer.constData());
 }
