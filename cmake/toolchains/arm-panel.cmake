@@ -57,4 +57,11 @@ endif()
 find_program(_panel_qemu NAMES qemu-${PANEL_QEMU}-static qemu-${PANEL_QEMU})
 if(_panel_qemu)
   set(CMAKE_CROSSCOMPILING_EMULATOR "${_panel_qemu};-L;${_panel_emulator_root}")
+  if(SETTINGS_SYSROOT)
+    # qemu finds the target's files below the sysroot when they are opened
+    # by name, but Qt lists its plug-in folders, and listings are not
+    # redirected.
+    list(APPEND CMAKE_CROSSCOMPILING_EMULATOR
+      -E "QT_PLUGIN_PATH=${SETTINGS_SYSROOT}/usr/lib/${PANEL_TRIPLET}/qt5/plugins")
+  endif()
 endif()

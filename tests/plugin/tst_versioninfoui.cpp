@@ -3,6 +3,7 @@
 // draws from that text, module by module.
 #include "flash_wr_2.h"
 #include "panelfont.h"
+#include "targetprogram.h"
 #include "testharness.h"
 #include "testpanel.h"
 #include "versioninfoui.h"
@@ -139,7 +140,9 @@ void TestVersionInfoUI::unreadableRecordShowsEmptyText()
         environment.insert(QLatin1String(FreshProcessVariable), QStringLiteral("1"));
         child.setProcessEnvironment(environment);
         child.setProcessChannelMode(QProcess::MergedChannels);
-        child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("unreadableRecordShowsEmptyText")});
+        const TargetProgram self = targetProgram(QCoreApplication::applicationFilePath(),
+                                                 {QStringLiteral("unreadableRecordShowsEmptyText")});
+        child.start(self.program, self.arguments);
         QVERIFY(child.waitForFinished(60000));
         const QString output = QString::fromLocal8Bit(child.readAll());
         if (child.exitCode() != 0)

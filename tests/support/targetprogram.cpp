@@ -10,3 +10,12 @@ TargetProgram targetProgram(const QString &path, const QStringList &arguments)
 #endif
     return {path, arguments};
 }
+
+bool underEmulator()
+{
+#ifdef PANEL_TEST_EMULATOR
+    return true;
+#else
+    return false;
+#endif
+}
