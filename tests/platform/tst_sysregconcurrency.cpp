@@ -1,5 +1,6 @@
 #include "localreg.h"
 #include "sysreg.h"
+#include "targetprogram.h"
 #include "testharness.h"
 #include "testpanel.h"
 
@@ -32,8 +33,9 @@ private slots:
         QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
         QProcess writer;
         writer.setProcessChannelMode(QProcess::ForwardedChannels);
-        writer.start(QStringLiteral(REGWRITER_PATH),
-                     {panel.root(), QString::number(WriterIterations)});
+        const TargetProgram program = targetProgram(QStringLiteral(REGWRITER_PATH),
+                                                    {panel.root(), QString::number(WriterIterations)});
+        writer.start(program.program, program.arguments);
         QVERIFY2(writer.waitForStarted(5000), qPrintable(writer.errorString()));
 
         int reads = 0;

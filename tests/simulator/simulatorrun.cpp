@@ -1,4 +1,5 @@
 #include "simulatorrun.h"
+#include "targetprogram.h"
 
 #include <QElapsedTimer>
 #include <QSet>
@@ -30,12 +31,18 @@ void collect(QProcess &process, Run *run)
     run->err = QString::fromLocal8Bit(process.readAllStandardError());
 }
 
+void startSimulator(QProcess &process, const QStringList &arguments)
+{
+    const TargetProgram program = targetProgram(QStringLiteral(PANEL_SIMULATOR_PATH), arguments);
+    process.start(program.program, program.arguments);
+}
+
 Run runSimulator(const QStringList &arguments, int timeoutMs,
                  const QProcessEnvironment &environment)
 {
     QProcess process;
     process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), arguments);
+    startSimulator(process, arguments);
     Run run;
     run.finished = process.waitForFinished(timeoutMs);
     if (!run.finished) {

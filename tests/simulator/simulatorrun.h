@@ -26,6 +26,8 @@ QProcessEnvironment headless();
 QProcessEnvironment onDesktop(const QString &display);
 
 void collect(QProcess &process, Run *run);
+// Starts the built simulator (under the build's emulator in a cross build).
+void startSimulator(QProcess &process, const QStringList &arguments);
 Run runSimulator(const QStringList &arguments, int timeoutMs, const QProcessEnvironment &environment = headless());
 // Waits until the running simulator has printed a line equal to text.
 bool waitForLine(QProcess &process, const QString &text, QByteArray *seen, int timeoutMs = 20000);

@@ -429,7 +429,7 @@ void TestSimulator::interactiveOnDesktopEndsCleanlyOnSigterm()
     requireDesktop(true);
     QProcess process;
     process.setProcessEnvironment(onDesktop(m_desktop.display()));
-    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), QStringList());
+    startSimulator(process, QStringList());
     QByteArray seen;
     const bool opened = waitForLine(process, QStringLiteral("settings window open at 800x480"), &seen);
     process.terminate();
@@ -453,7 +453,7 @@ void TestSimulator::nestedChildFollowsCommands()
     requireDesktop(false);
     QProcess process;
     process.setProcessEnvironment(onDesktop(m_desktop.display()));
-    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), {QStringLiteral("--nested-child")});
+    startSimulator(process, {QStringLiteral("--nested-child")});
     QByteArray seen;
     QVERIFY2(waitForLine(process, QStringLiteral("settings window open at 800x480"), &seen), seen.constData());
     process.write("show\n");

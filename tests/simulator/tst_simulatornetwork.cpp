@@ -97,8 +97,7 @@ void TestSimulatorNetwork::realNetworkOrItsFallback()
 {
     QProcess process;
     process.setProcessEnvironment(headless());
-    process.start(QStringLiteral(PANEL_SIMULATOR_PATH),
-                  {QStringLiteral("--real-network"), QStringLiteral("--script"),
+    startSimulator(process, {QStringLiteral("--real-network"), QStringLiteral("--script"),
                    QStringLiteral("network,eth0,dhcp,wait=20000,quit")});
     QByteArray seen;
     const QString mode = waitForMatch(process, QRegularExpression(QStringLiteral("^(network: private lab|real network "
@@ -156,7 +155,7 @@ void TestSimulatorNetwork::logWindowSwitchesTheOuterNetwork()
 {
     QProcess process;
     process.setProcessEnvironment(headless());
-    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), {QStringLiteral("--nested-child"), QStringLiteral("--keep-root")});
+    startSimulator(process, {QStringLiteral("--nested-child"), QStringLiteral("--keep-root")});
     QByteArray seen;
     const QString root = waitForMatch(process, QRegularExpression(QStringLiteral("^panel root: ")), &seen, 20000)
                              .mid(QStringLiteral("panel root: ").size());
@@ -201,7 +200,7 @@ void TestSimulatorNetwork::hostCommandsFromTheLogWindow()
 {
     QProcess process;
     process.setProcessEnvironment(headless());
-    process.start(QStringLiteral(PANEL_SIMULATOR_PATH), {QStringLiteral("--nested-child")});
+    startSimulator(process, {QStringLiteral("--nested-child")});
     QByteArray seen;
     QVERIFY2(waitForLine(process, QStringLiteral("settings window open at 800x480"), &seen), seen.constData());
     process.write("signal=42\n");
