@@ -42,12 +42,17 @@ private:
     static constexpr int StepBoundMs = 5 * 60 * 1000;
     static constexpr uid_t Nobody = 65534;
 
+    // The packages' build tree.
     const QString m_work = QStringLiteral(WORK_DIR);
-    const QString m_root = m_work + QStringLiteral("/root");
-    const QString m_standins = m_work + QStringLiteral("/standins");
-    const QString m_home = m_work + QStringLiteral("/home");
-    const QString m_runtime = m_work + QStringLiteral("/runtime");
-    const QString m_host = m_work + QStringLiteral("/host/settingshost");
+    // What the host's user reaches, wherever the build tree lies: the
+    // unpacked packages, the host, its stand-ins and its home.
+    QTemporaryDir m_scratch;
+    const QString m_root = m_scratch.path() + QStringLiteral("/root");
+    const QString m_standins = m_scratch.path() + QStringLiteral("/standins");
+    const QString m_home = m_scratch.path() + QStringLiteral("/home");
+    const QString m_runtime = m_scratch.path() + QStringLiteral("/runtime");
+    const QString m_host = m_scratch.path() + QStringLiteral("/host/settingshost");
+    const QString m_devPlugin = m_scratch.path() + QStringLiteral("/dev/libsettingsplugin.so");
     const bool m_asRoot = ::geteuid() == 0;
     QString m_runtimeDeb;
     QString m_devDeb;
@@ -223,7 +228,7 @@ private:
             const Run r = run(QStringLiteral("dpkg"), {QStringLiteral("-x"), deb, m_root}, StepBoundMs);
             QVERIFY2(r.finished && r.exitCode == 0, qPrintable(r.describe()));
         }
-        const QString build = m_work + QStringLiteral("/host");
+        const QString build = m_scratch.path() + QStringLiteral("/host");
         QDir(build).removeRecursively();
         const Run configure = run(QStringLiteral("cmake"),
                                   {QStringLiteral("-S"), QStringLiteral(SOURCE_DIR "/tests/package/host"),
@@ -243,7 +248,11 @@ private slots:
     {
         QVERIFY2(!m_asRoot || !QStandardPaths::findExecutable(QStringLiteral("setpriv")).isEmpty(),
                  "run as root, the host must run as nobody: setpriv (util-linux) is missing");
+        QVERIFY(m_scratch.isValid());
+        QVERIFY(::chmod(QFile::encodeName(m_scratch.path()).constData(), 0755) == 0);
         QVERIFY(QDir().mkpath(m_work));
+        QVERIFY(QDir().mkpath(QFileInfo(m_devPlugin).path()));
+        QVERIFY(QFile::copy(QStringLiteral(DEV_PLUGIN), m_devPlugin));
         buildPackages();
         unpackAndBuildHost();
         QVERIFY(SimulatedPanel::writeHostToolFakes(m_standins));
@@ -382,7 +391,7 @@ private slots:
         QVERIFY(preparePanel(panel));
         const QMap<QString, QByteArray> before = snapshot(panel.root());
 
-        const Run host = runHost(QStringLiteral(DEV_PLUGIN), panel.root());
+        const Run host = runHost(m_devPlugin, panel.root());
         QVERIFY2(host.finished && host.exitCode == 0, qPrintable(host.describe()));
 
         QVERIFY(firmwareCalls(panel).contains(QStringLiteral("readee")));
