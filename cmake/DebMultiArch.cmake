@@ -1,0 +1,35 @@
+# Runs inside cpack once the packages are made (CPACK_POST_BUILD_SCRIPTS):
+# CPack's DEB generator writes no Multi-Arch field, so each package is
+# unpacked, given the field, and built again with dpkg-deb. The files, their
+# modes and the md5sums stay as CPack made them.
+find_program(DPKG_DEB dpkg-deb REQUIRED)
+foreach(deb IN LISTS CPACK_PACKAGE_FILES)
+  if(NOT deb MATCHES "\\.deb$")
+    continue()
+  endif()
+  get_filename_component(name "${deb}" NAME_WE)
+  set(tree "${CPACK_TOPLEVEL_DIRECTORY}/multiarch/${name}")
+  file(REMOVE_RECURSE "${tree}")
+  file(MAKE_DIRECTORY "${CPACK_TOPLEVEL_DIRECTORY}/multiarch")
+  execute_process(COMMAND "${DPKG_DEB}" -R "${deb}" "${tree}" RESULT_VARIABLE failed)
+  if(failed)
+    message(FATAL_ERROR "cannot unpack ${deb}")
+  endif()
+  file(READ "${tree}/DEBIAN/control" control)
+  # A line break before the text lets the first field match like the rest.
+  string(PREPEND control "\n")
+  if(NOT control MATCHES "\nMulti-Arch:")
+    string(REGEX REPLACE "(\nArchitecture: [^\n]*\n)" "\\1Multi-Arch: same\n" control "${control}")
+    if(NOT control MATCHES "\nMulti-Arch: same\n")
+      message(FATAL_ERROR "no Architecture field in the control file of ${deb}")
+    endif()
+    string(SUBSTRING "${control}" 1 -1 control)
+    file(WRITE "${tree}/DEBIAN/control" "${control}")
+  endif()
+  execute_process(COMMAND "${DPKG_DEB}" --root-owner-group -Zxz --build "${tree}" "${deb}"
+                  OUTPUT_QUIET RESULT_VARIABLE failed)
+  if(failed)
+    message(FATAL_ERROR "cannot build ${deb} again")
+  endif()
+  file(REMOVE_RECURSE "${tree}")
+endforeach()
