@@ -107,8 +107,8 @@ void TestStartup::openingCost()
     qInfo("createInstance: %lld us; first painted frame: %lld us; programs started: %d, "
           "which take %lld us on their own; the window's own cost: %lld us",
           created, paint.at, int(calls.size()), programs, created - programs);
-    QVERIFY2(paint.at < 2000000, "the window took more than two seconds to paint");
-    QVERIFY2(created - programs < 500000, "the window's own opening cost passed half a second");
+    QVERIFY2(paint.at < 2000000 * timeAllowance(), "the window took more than two seconds to paint");
+    QVERIFY2(created - programs < 500000 * timeAllowance(), "the window's own opening cost passed half a second");
 }
 
 // The open window on the network page, left alone for half a minute: the
@@ -142,7 +142,7 @@ void TestStartup::idleCpu()
     qInfo("idle for %lld ms on the network page: %lld us of CPU (%.2f %% of one core), %d programs started",
           clock.elapsed(), used, share, int(panel.calls().size()));
     QCOMPARE(panel.calls().size(), 0);
-    const double budget = underEmulator() ? 2.0 * EmulatorCpuAllowance : 2.0;
+    const double budget = 2.0 * timeAllowance();
     QVERIFY2(share < budget, qPrintable(QStringLiteral("the idle window uses more than %1 % of a core").arg(budget)));
 }
 

@@ -16,9 +16,10 @@ struct TargetProgram
 TargetProgram targetProgram(const QString &path, const QStringList &arguments = {});
 
 // True when the suite was built for a panel and runs under an emulator:
-// there, CPU time says little of the panel's (qemu-user runs the same code
-// several times slower), so CPU budgets get the emulator's allowance.
+// there, CPU and elapsed time say little of the panel's (qemu-user runs the
+// same code several times slower), so time budgets get this allowance.
 bool underEmulator();
-constexpr double EmulatorCpuAllowance = 5.0;
+constexpr double EmulatorAllowance = 5.0;
+inline double timeAllowance() { return underEmulator() ? EmulatorAllowance : 1.0; }
 
 #endif // TARGETPROGRAM_H
