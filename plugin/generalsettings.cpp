@@ -160,15 +160,23 @@ GeneralSettings::GeneralSettings(QWidget *parent)
 
 GeneralSettings::~GeneralSettings()
 {
-    // The rows that never reach the layout have no parent to delete them.
-    const QList<QWidget *> unplaced = {m_backlightIcon, m_backlightCaption, m_backlightLineEdit, m_backlightUnit,
-                                       m_backlightSwitch, m_initialWindowIcon, m_initialWindowCaption,
-                                       m_initialWindowLineEdit, m_initialWindowLabel, m_separators[2],
-                                       m_separators[3]};
-    for (QWidget *widget : unplaced) {
+    // Rows that never reach the layout, and every row of a page whose init()
+    // never ran, have no parent to delete them.
+    const QList<QWidget *> rows = {m_brightnessIcon, m_brightnessCaption, m_brightnessLineEdit, m_darkenButton,
+                                   m_brightnessSlider, m_brightenButton, m_dateTimeIcon, m_dateTimeCaption,
+                                   m_dateTimeLabel, m_settingButton, m_buzzerIcon, m_buzzerCaption,
+                                   m_buzzerSwitch, m_backlightIcon, m_backlightCaption, m_backlightLineEdit,
+                                   m_backlightUnit, m_backlightSwitch, m_initialWindowIcon, m_initialWindowCaption,
+                                   m_initialWindowLineEdit, m_initialWindowLabel, m_separators[0], m_separators[1],
+                                   m_separators[2], m_separators[3]};
+    for (QWidget *widget : rows) {
         if (!widget->parent())
             delete widget;
     }
+    if (!m_brightnessBox->parent())
+        delete m_brightnessBox;
+    if (!m_gridLayout->parent())
+        delete m_gridLayout;
 }
 
 int GeneralSettings::convertBrightnessToOriginalValue(int step)
