@@ -34,7 +34,8 @@ constexpr int PingTimeoutMs = 10000;
 // The lab's subnets: eth0 faces 10.77.0.1, eth1 10.78.0.1.
 void putAddress(QByteArray &image, int offset, const QString &dotted)
 {
-    qToLittleEndian<quint32>(NetworkAddress::fromDotted(dotted), image.data() + offset);
+    const quint32 stored = qToLittleEndian<quint32>(NetworkAddress::fromDotted(dotted));
+    image.replace(offset, int(sizeof stored), reinterpret_cast<const char *>(&stored), int(sizeof stored));
 }
 
 QByteArray labImage(const QByteArray &sample)
@@ -51,9 +52,8 @@ QByteArray labImage(const QByteArray &sample)
 
 quint32 registerValue(unsigned index)
 {
-    quint32 value = 0;
-    SysReg_Read(index, &value);
-    return value;
+    // The address registers are 8 bytes wide; the address is the first 4.
+    return SysReg_ReadValue(index);
 }
 
 QStringList defaultRoutesOf(const QStringList &routes)

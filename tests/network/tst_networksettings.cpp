@@ -221,7 +221,7 @@ void TestNetworkSettings::keypadEntryAppliesAndStoresTheAddress()
     connect(&rig.page(), &NetworkSettings::updateEEData, this,
             [&](EEInfoDetail::Flash_WR_1 &record, Settings::FlashWR1DataType type) {
                 types << int(type);
-                eth1Values << record.eth1Ip;
+                eth1Values << quint32(record.eth1Ip);   // a copy: the record is packed
             });
     ModalDriver::typeOnKeypad({"1", "0", "ENTER"});
     QTest::mousePress(eth1->field(WiredPortPage::Address, 2), Qt::LeftButton);
