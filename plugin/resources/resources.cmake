@@ -59,7 +59,7 @@ function(_settings_render_icon stem out_list)
   endif()
   add_custom_command(
     OUTPUT "${png}"
-    COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen
+    COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ${SETTINGS_TOOL_ENVIRONMENT}
             QT_LOGGING_RULES=default.warning=false
             ${renderer} "${svg}" "${png}"
     DEPENDS "${svg}" ${renderer_dep}
@@ -153,7 +153,7 @@ set(_settings_pngs ${_settings_generated})
 list(FILTER _settings_pngs INCLUDE REGEX "\\.png$")
 if(NOT SETTINGS_SVGRENDER)
   add_custom_target(settings_icon_sheet
-    COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen
+    COMMAND ${CMAKE_COMMAND} -E env QT_QPA_PLATFORM=offscreen ${SETTINGS_TOOL_ENVIRONMENT}
             QT_LOGGING_RULES=default.warning=false
             $<TARGET_FILE:svgrender> --sheet "${_settings_res_out}/icon_sheet.png"
             ${_settings_pngs} ${_settings_svgs}

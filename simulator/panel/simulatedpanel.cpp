@@ -122,7 +122,7 @@ template <typename T>
 void putLittleEndian(QByteArray &image, int offset, T value)
 {
     const T stored = qToLittleEndian(value);
-    memcpy(image.data() + offset, &stored, sizeof stored);
+    image.replace(offset, int(sizeof stored), reinterpret_cast<const char *>(&stored), int(sizeof stored));
 }
 
 void putIp(QByteArray &image, int offset, quint8 a, quint8 b, quint8 c, quint8 d)

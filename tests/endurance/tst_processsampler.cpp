@@ -120,6 +120,11 @@ void TestProcessSampler::seesWidgetsTimersAndFonts()
 
 void TestProcessSampler::seesHeap()
 {
+#if defined(__SANITIZE_ADDRESS__)
+    // AddressSanitizer's allocator keeps its heap where mallinfo2 does not
+    // look; the endurance suite's heap figures come from normal builds.
+    QSKIP("the C library's heap figures do not cover AddressSanitizer's allocator");
+#endif
     const qint64 before = ProcessSampler::heapInUse();
     QScopedPointer<QByteArray> block(new QByteArray(1 << 20, 'x'));
     QVERIFY(ProcessSampler::heapInUse() - before >= 1 << 20);
