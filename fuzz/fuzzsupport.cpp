@@ -1,0 +1,55 @@
+#include "fuzzsupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace FuzzSupport {
+
+QString panelRoot()
+{
+    // Never removed while the fuzzer runs; libFuzzer ends the process with
+    // exit(), which does run this destructor.
+    static QTemporaryDir root(QDir::tempPath() + QStringLiteral("/fuzzpanel-XXXXXX"));
+    static const bool prepared = [] {
+        if (!root.isValid())
+            fail("root.isValid()", root.errorString().toLocal8Bit());
+        const QByteArray path = QFile::encodeName(root.path());
+        const QByteArray emptyBin = path + "/no-programs";
+        QDir().mkpath(QString::fromLocal8Bit(emptyBin));
+        setenv("PANEL_ROOT", path.constData(), 1);
+        setenv("PATH", emptyBin.constData(), 1);
+        return true;
+    }();
+    Q_UNUSED(prepared);
+    return root.path();
+}
+
+void writePanelFile(const QString &panelPath, const QByteArray &bytes)
+{
+    const QString path = panelRoot() + panelPath;
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+        fail("panel file written", path.toLocal8Bit());
+}
+
+QByteArray bytes(const uint8_t *data, size_t size)
+{
+    return QByteArray(reinterpret_cast<const char *>(data), int(size));
+}
+
+void fail(const char *property, const QByteArray &detail)
+{
+    std::fprintf(stderr, "property broken: %s\n", property);
+    if (!detail.isEmpty())
+        std::fprintf(stderr, "  %s\n", detail.left(512).toHex(' ').constData());
+    std::fflush(stderr);
+    std::abort();
+}
+
+} // namespace FuzzSupport

@@ -1,0 +1,39 @@
+#ifndef FUZZSUPPORT_H
+#define FUZZSUPPORT_H
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+
+// What every fuzz target shares: a throw-away panel root that all absolute
+// paths resolve under, a PATH in which no program can be found (a reader
+// that ended up starting a command would fail harmlessly, and the check
+// below would catch it), and a way to stop at a broken property with the
+// input kept by libFuzzer.
+namespace FuzzSupport {
+
+// Creates the panel root on first use (a fresh folder under $TMPDIR) and
+// points PANEL_ROOT and PATH at it. Returns the root.
+QString panelRoot();
+
+// Writes bytes to the panel path (e.g. "/var/run/udhcpc.eth0.pid") below
+// the root, creating its folders. Aborts when the file cannot be written:
+// a target that silently fuzzed nothing would be no test.
+void writePanelFile(const QString &panelPath, const QByteArray &bytes);
+
+QByteArray bytes(const uint8_t *data, size_t size);
+
+// Prints why and aborts, so that libFuzzer saves the input as a finding.
+[[noreturn]] void fail(const char *property, const QByteArray &detail = QByteArray());
+
+} // namespace FuzzSupport
+
+#define FUZZ_CHECK(condition, detail) \
+    do { \
+        if (!(condition)) \
+            FuzzSupport::fail(#condition, (detail)); \
+    } while (false)
+
+#endif // FUZZSUPPORT_H
