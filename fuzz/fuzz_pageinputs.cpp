@@ -36,6 +36,10 @@ const QVector<Construction> &audited()
 bool matchesAudit(const QByteArray &text)
 {
     for (const Construction &c : audited()) {
+        // The fixed start of the pattern first: it rules out nearly all.
+        const int fixed = c.pattern.indexOf('%');
+        if (!text.startsWith(fixed < 0 ? c.pattern : c.pattern.left(fixed)))
+            continue;
         if (c.problem.isEmpty() && text.size() < c.capacity && ArgumentGrammar::conforms(c.pattern, c.kinds(), text))
             return true;
     }
@@ -116,13 +120,19 @@ void wiredEditors(FuzzedDataProvider &in)
         FUZZ_CHECK(set.isValid(), QByteArray::fromStdString(dotted));
     check(DeviceCommands::gateway(dotted));
     check(DeviceCommands::up(port));
+    // Enabling a port puts its stored address, any 32 bits of the record.
+    const CommandText enable = DeviceCommands::upWithAddress(port, in.ConsumeIntegral<quint32>());
+    check(enable);
+    FUZZ_CHECK(enable.isValid() == (port == 0 || port == 1), enable.text());
     check(DeviceCommands::down(port));
 }
 
 void routeRules(FuzzedDataProvider &in)
 {
     RouteSituation s;
-    s.selection = in.ConsumeBool() ? in.ConsumeIntegralInRange(-1, 4) : in.ConsumeIntegral<int>();
+    // A selector row (-1 while none is current); rows past the last are
+    // not reachable but cost nothing to try.
+    s.selection = in.ConsumeIntegralInRange(-1, 300);
     // Register 78 is read as its low byte.
     s.storedSelection = in.ConsumeIntegral<quint8>();
     s.secondPort = in.ConsumeBool();

@@ -37,6 +37,16 @@ CommandText up(int adapter)
     return CommandText("ifconfig eth%d up").adapter(adapter);
 }
 
+CommandText upWithAddress(int adapter, quint32 address)
+{
+    return CommandText("ifconfig eth%d %d.%d.%d.%d up\n")
+        .adapter(adapter)
+        .number(address & 0xffu)
+        .number((address >> 8) & 0xffu)
+        .number((address >> 16) & 0xffu)
+        .number((address >> 24) & 0xffu);
+}
+
 CommandText down(int adapter)
 {
     return CommandText("ifconfig eth%d down").adapter(adapter);

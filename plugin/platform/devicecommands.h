@@ -3,6 +3,8 @@
 
 #include "commandtext.h"
 
+#include <QtGlobal>
+
 #include <string>
 
 // The command texts behind EEInfoHandle's firmware and network operations,
@@ -16,6 +18,9 @@ CommandText address(int adapter, const std::string &address);
 CommandText mask(int adapter, const std::string &mask);
 CommandText gateway(const std::string &gateway);
 CommandText up(int adapter);
+// Sets the stored address (first dotted octet in the lowest byte) and
+// brings the port up; the mask is left to the kernel's class default.
+CommandText upWithAddress(int adapter, quint32 address);
 CommandText down(int adapter);
 CommandText reboot();
 CommandText sync();

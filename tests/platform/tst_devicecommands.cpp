@@ -39,6 +39,12 @@ private slots:
         QTest::newRow("gateway") << Build([] { return DeviceCommands::gateway("10.0.0.1"); })
                                  << QByteArray("route add default gw 10.0.0.1");
         QTest::newRow("up") << Build([] { return DeviceCommands::up(0); }) << QByteArray("ifconfig eth0 up");
+        QTest::newRow("up with the stored address") << Build([] { return DeviceCommands::upWithAddress(1, 0x0200a8c0u); })
+                                                    << QByteArray("ifconfig eth1 192.168.0.2 up\n");
+        QTest::newRow("up with all ones") << Build([] { return DeviceCommands::upWithAddress(0, 0xffffffffu); })
+                                          << QByteArray("ifconfig eth0 255.255.255.255 up\n");
+        QTest::newRow("up with the address, port 2") << Build([] { return DeviceCommands::upWithAddress(2, 1u); })
+                                                     << QByteArray();
         QTest::newRow("down") << Build([] { return DeviceCommands::down(1); }) << QByteArray("ifconfig eth1 down");
         QTest::newRow("down, port -1") << Build([] { return DeviceCommands::down(-1); }) << QByteArray();
         QTest::newRow("reboot") << Build([] { return DeviceCommands::reboot(); }) << QByteArray("reboot");

@@ -1,5 +1,6 @@
 #include "argumentgrammar.h"
 
+#include <QHash>
 #include <QRegularExpression>
 
 namespace {
@@ -58,6 +59,20 @@ bool withinBounds(const QString &kind, const QByteArray &text)
     return true;
 }
 
+// Compiling is most of the cost of a check, and the fuzz targets check
+// millions of texts against the same few dozen expressions.
+const QRegularExpression &compiled(const QString &expression)
+{
+    constexpr int MaxKept = 512;
+    static QHash<QString, QRegularExpression> kept;
+    auto it = kept.constFind(expression);
+    if (it != kept.constEnd())
+        return *it;
+    if (kept.size() >= MaxKept)
+        kept.clear();
+    return *kept.insert(expression, QRegularExpression(expression));
+}
+
 } // namespace
 
 QStringList ArgumentGrammar::kinds()
@@ -102,7 +117,7 @@ bool ArgumentGrammar::matches(const QString &kind, const QByteArray &text)
     const KindRule *r = rule(kind);
     if (!r)
         return false;
-    const QRegularExpression whole(QStringLiteral("\\A(?:%1)\\z").arg(QLatin1String(r->expression)));
+    const QRegularExpression &whole = compiled(QStringLiteral("\\A(?:%1)\\z").arg(QLatin1String(r->expression)));
     return whole.match(QString::fromLatin1(text)).hasMatch() && withinBounds(kind, text);
 }
 
@@ -151,7 +166,7 @@ bool ArgumentGrammar::conforms(const QByteArray &pattern, const QStringList &kin
         expression += QStringLiteral("(%1)").arg(ArgumentGrammar::expression(kind));
     }
     expression += QRegularExpression::escape(QString::fromLatin1(literal)) + QStringLiteral("\\z");
-    const QRegularExpressionMatch match = QRegularExpression(expression).match(QString::fromLatin1(text));
+    const QRegularExpressionMatch match = compiled(expression).match(QString::fromLatin1(text));
     if (!match.hasMatch())
         return false;
     for (int k = 0; k < kinds.size(); ++k) {
