@@ -1,6 +1,7 @@
 #include "networksettings.h"
 
 #include "commandtext.h"
+#include "devicecommands.h"
 #include "dhcpclient.h"
 #include "eeinfohandle.h"
 #include "inputdialog.h"
@@ -526,13 +527,7 @@ void NetworkSettings::enableNetwork(int port)
     updateDNSData(port, backupDns);
     // The mask is not part of this command: until it is set the kernel
     // uses the default of the address's class.
-    const QStringList octets = getIPFromEE(networkIndexType(port));
-    runCommand(CommandText("ifconfig eth%d %d.%d.%d.%d up\n")
-                   .adapter(port)
-                   .number(octets.value(0).toInt())
-                   .number(octets.value(1).toInt())
-                   .number(octets.value(2).toInt())
-                   .number(octets.value(3).toInt()));
+    runCommand(DeviceCommands::upWithAddress(port, port == eth0 ? m_records.wr1.eth0Ip : m_records.wr1.eth1Ip));
 }
 
 void NetworkSettings::disableNetworkConfig(int port, int platform)

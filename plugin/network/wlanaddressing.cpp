@@ -77,25 +77,38 @@ void storeInRecord(std::initializer_list<std::pair<int, quint32>> fields)
     handle->write_flash_wr1_info(&record);
 }
 
+std::vector<CommandText> applyCommands(ValueType type, const QString &value)
+{
+    switch (type) {
+    case Address:
+        return {CommandText("ifconfig wlan0 %s").ipv4(value)};
+    case Mask:
+        return {CommandText("ifconfig wlan0 netmask %s").ipv4(value)};
+    case Gateway:
+        return {CommandText("route del default dev wlan0"),
+                CommandText("route add default gw %s dev wlan0 metric 100").ipv4(value)};
+    default:
+        return {};
+    }
+}
+
 void apply(ValueType type, const QString &value)
 {
     const quint32 stored = NetworkAddress::fromDotted(value);
+    for (const CommandText &command : applyCommands(type, value))
+        runCommand(command);
     switch (type) {
     case Address:
-        runCommand(CommandText("ifconfig wlan0 %s").ipv4(value));
         sync();
         AddressRegister::write(SysRegIdx::WlanIp, value);
         storeInRecord(Record::WlanIpOffset, stored);
         break;
     case Mask:
-        runCommand(CommandText("ifconfig wlan0 netmask %s").ipv4(value));
         sync();
         AddressRegister::write(SysRegIdx::WlanMask, value);
         storeInRecord(Record::WlanMaskOffset, stored);
         break;
     case Gateway:
-        runCommand(CommandText("route del default dev wlan0"));
-        runCommand(CommandText("route add default gw %s dev wlan0 metric 100").ipv4(value));
         sync();
         AddressRegister::write(SysRegIdx::WlanGateway, value);
         storeInRecord(Record::WlanGatewayOffset, stored);
@@ -117,6 +130,16 @@ void startDhcpClient()
     runCommand(CommandText(ClientCommand));
 }
 
+std::vector<CommandText> leaseCommands(const QString &address, int defaultAdapter, bool secondPort)
+{
+    int prefix[3] = {};
+    if (!networkPrefix(address, prefix))
+        return {};
+    const int metric = isDefaultAdapter(defaultAdapter, secondPort) ? PreferredMetric : OtherMetric;
+    return {CommandText(GatewayDeleteCommand).number(prefix[0]).number(prefix[1]).number(prefix[2]),
+            CommandText(GatewayAddCommand).number(prefix[0]).number(prefix[1]).number(prefix[2]).number(metric)};
+}
+
 bool applyLease(const QStringList &lease, int defaultAdapter, bool secondPort)
 {
     int prefix[3] = {};
@@ -126,10 +149,8 @@ bool applyLease(const QStringList &lease, int defaultAdapter, bool secondPort)
     const QString gateway = QStringLiteral("%1.%2.%3.1").arg(prefix[0]).arg(prefix[1]).arg(prefix[2]);
     AddressRegister::write(SysRegIdx::WlanIp, address);
     AddressRegister::write(SysRegIdx::WlanGateway, gateway);
-    runCommand(CommandText(GatewayDeleteCommand).number(prefix[0]).number(prefix[1]).number(prefix[2]));
-    const int metric = isDefaultAdapter(defaultAdapter, secondPort) ? PreferredMetric : OtherMetric;
-    runCommand(CommandText(GatewayAddCommand)
-                   .number(prefix[0]).number(prefix[1]).number(prefix[2]).number(metric));
+    for (const CommandText &command : leaseCommands(address, defaultAdapter, secondPort))
+        runCommand(command);
     AddressRegister::write(SysRegIdx::WlanMask, lease.value(1));
     storeInRecord({{Record::WlanGatewayOffset, NetworkAddress::fromDotted(gateway)},
                    {Record::WlanMaskOffset, NetworkAddress::fromDotted(lease.value(1))}});

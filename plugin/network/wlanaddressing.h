@@ -1,12 +1,15 @@
 #ifndef WLANADDRESSING_H
 #define WLANADDRESSING_H
 
+#include "commandtext.h"
+
 #include <QString>
 #include <QStringList>
 #include <QtGlobal>
 
 #include <initializer_list>
 #include <utility>
+#include <vector>
 
 // How "wlan0" gets its address: the user's static values applied with
 // ifconfig/route and kept in the device record and the host's registers,
@@ -32,6 +35,14 @@ QString recordText(quint32 value);
 // and device record. A value that is no dotted IPv4 address reaches no
 // command, but is still stored as its numbers.
 void apply(ValueType type, const QString &value);
+
+// The commands apply() runs for a value, in order; those whose value is
+// no dotted IPv4 address are invalid and are not run.
+std::vector<CommandText> applyCommands(ValueType type, const QString &value);
+
+// The route commands of a lease of `address`; none when it is no dotted
+// IPv4 address.
+std::vector<CommandText> leaseCommands(const QString &address, int defaultAdapter, bool secondPort);
 
 // Stores a value at a byte offset of the device's Flash_WR_1 record.
 void storeInRecord(int offset, quint32 value);

@@ -1,6 +1,7 @@
 #include "eeinfohandle.h"
 
 #include "commandtext.h"
+#include "devicecommands.h"
 #include "panelroot.h"
 #include "platformlog.h"
 #include "processrunner.h"
@@ -19,8 +20,6 @@ namespace {
 const char ReadImageTool[] = "/root/plat-intf/readee";
 const char WriteImageTool[] = "/root/plat-intf/writeee count=16";
 const char GetBrightTool[] = "/root/plat-intf/getbright";
-const char SetBrightFormat[] = "/root/plat-intf/setbright %d";
-const char SetBeepFormat[] = "/root/plat-intf/setbeep %s";
 const char SetMpiTool[] = "/root/plat-intf/setmpi";
 const char SetSerialTool[] = "/root/plat-intf/setserial";
 const char ReadLogoTool[] = "/root/plat-intf/readlogo";
@@ -39,7 +38,7 @@ int runWithSync(const CommandText &command)
 {
     const bool valid = command.isValid();
     runCommand(command);        // an invalid one is only logged
-    return valid ? runCommand(CommandText("sync")) : -1;
+    return valid ? runCommand(DeviceCommands::sync()) : -1;
 }
 
 // Starts a logo tool with nothing to exchange, as the firmware expects when
@@ -142,13 +141,12 @@ int EEInfoHandle::getbright()
 
 int EEInfoHandle::setBright(int level)
 {
-    return runCommand(CommandText(SetBrightFormat).number(level), WaitBound::FirmwareTool);
+    return runCommand(DeviceCommands::setBright(level), WaitBound::FirmwareTool);
 }
 
 int EEInfoHandle::setBeep(bool longBeep)
 {
-    return runCommand(CommandText(SetBeepFormat).word(longBeep ? "long" : "short"),
-                      WaitBound::FirmwareTool);
+    return runCommand(DeviceCommands::setBeep(longBeep), WaitBound::FirmwareTool);
 }
 
 int EEInfoHandle::writeText(const char *command, const char *text)
@@ -221,33 +219,33 @@ void EEInfoHandle::setLogo(const std::string &path)
 
 int EEInfoHandle::setIP(int adapter, std::string address)
 {
-    return runWithSync(CommandText("ifconfig eth%d %s").adapter(adapter).ipv4(address));
+    return runWithSync(DeviceCommands::address(adapter, address));
 }
 
 int EEInfoHandle::setMask(int adapter, std::string mask)
 {
-    return runWithSync(CommandText("ifconfig eth%d netmask %s").adapter(adapter).ipv4(mask));
+    return runWithSync(DeviceCommands::mask(adapter, mask));
 }
 
 int EEInfoHandle::setGateway(int adapter, std::string gateway)
 {
     Q_UNUSED(adapter)
-    return runWithSync(CommandText("route add default gw %s").ipv4(gateway));
+    return runWithSync(DeviceCommands::gateway(gateway));
 }
 
 int EEInfoHandle::enableNetwork(int adapter)
 {
-    return runWithSync(CommandText("ifconfig eth%d up").adapter(adapter));
+    return runWithSync(DeviceCommands::up(adapter));
 }
 
 int EEInfoHandle::disableNetwork(int adapter)
 {
-    return runWithSync(CommandText("ifconfig eth%d down").adapter(adapter));
+    return runWithSync(DeviceCommands::down(adapter));
 }
 
 int EEInfoHandle::reboot()
 {
-    return runCommand(CommandText("reboot"));
+    return runCommand(DeviceCommands::reboot());
 }
 
 int EEInfoHandle::isusbslave()

@@ -18,9 +18,14 @@ constexpr int ProcessLineSize = 128;    // the longest ps line we look at
 
 namespace ProcessLookup {
 
+CommandText query(const char *name)
+{
+    return CommandText(ProcessQuery, ProcessCommandSize).word(name);
+}
+
 int detectProcess(const char *name)
 {
-    const CommandText command = CommandText(ProcessQuery, ProcessCommandSize).word(name);
+    const CommandText command = query(name);
     if (!command.isValid()) {
         qCDebug(lcPlatform) << "not looking for the process:" << command.errorString();
         return -1;
