@@ -33,7 +33,7 @@ using namespace EEInfoDetail;
 namespace {
 
 constexpr int PackedImages = 10000;
-constexpr int DeviceImages = 100;       // per way of writing
+constexpr int DeviceImages = 75;        // per way of writing
 constexpr int FlashImages = 300;
 
 // A byte range of the image: start, length.
@@ -367,12 +367,21 @@ void TestRecordWrites::deviceWrites()
             source.replace(0, Flash_WR_1::Size, recordBytes(page));
             written = windowPartSpans(part);
             recordExpected = recordBytes(window.record());
-        } else {
+        } else if (generator.bounded(2) == 0) {
             const int offset = WlanOffsets[generator.bounded(3)];
             const quint32 value = generator.generate();
             WlanAddressing::storeInRecord(offset, value);
             qToLittleEndian<quint32>(value, data(source) + offset);
             written = {{offset, 4}};
+        } else {
+            // A lease: all three fields in one write.
+            const quint32 values[3] = {generator.generate(), generator.generate(), generator.generate()};
+            WlanAddressing::storeInRecord({{WlanOffsets[0], values[0]}, {WlanOffsets[1], values[1]},
+                                           {WlanOffsets[2], values[2]}});
+            for (int k = 0; k < 3; ++k) {
+                qToLittleEndian<quint32>(values[k], data(source) + WlanOffsets[k]);
+                written << Span{WlanOffsets[k], 4};
+            }
         }
         const QByteArray after = panel.image();
         const QString wrong = mismatch(after, overlay(image, source, written), written);
