@@ -211,6 +211,77 @@ Outcome writeWindowPart(const QByteArray &image, QRandomGenerator &generator, in
     return outcome;
 }
 
+// One write through the plug-in's path: the image-sized array the written
+// spans come from, the spans, and the record as the writer held it.
+struct DeviceWrite
+{
+    QByteArray source = QByteArray(ImageSize, '\0');
+    Spans written;
+    QByteArray record;
+    int recordBase = 0;
+};
+
+void readFromDevice(Flash_WR_1 &record) { EEInfoHandle::instance()->read_flash_wr1_info(&record); }
+void readFromDevice(Flash_WR_2 &record) { EEInfoHandle::instance()->read_flash_wr2_info(&record); }
+void writeToDevice(Flash_WR_1 &record) { EEInfoHandle::instance()->write_flash_wr1_info(&record); }
+void writeToDevice(Flash_WR_2 &record) { EEInfoHandle::instance()->write_flash_wr2_info(&record); }
+
+// A record read from the image tool, one of its units changed, written back.
+template<class Record>
+DeviceWrite unitThroughDevice(QRandomGenerator &generator)
+{
+    DeviceWrite done;
+    const CopyUnit piece = Record::units[generator.bounded(Record::unitCount)];
+    const QByteArray value = randomBytes(generator, piece.width);
+    done.written = {{Record::ImageBase + piece.offset, piece.width}};
+    done.source.replace(Record::ImageBase + piece.offset, piece.width, value);
+    Record record;
+    readFromDevice(record);
+    std::memcpy(reinterpret_cast<char *>(&record) + piece.offset, value.constData(), piece.width);
+    writeToDevice(record);
+    done.record = recordBytes(record);
+    done.recordBase = Record::ImageBase;
+    return done;
+}
+
+// A page's change merged into the window's record and written by it.
+DeviceWrite windowChangeThroughDevice(QRandomGenerator &generator)
+{
+    DeviceWrite done;
+    const int part = generator.bounded(5);
+    Flash_WR_1 page;
+    setRecordBytes(page, randomBytes(generator, Flash_WR_1::Size));
+    WindowRecord window;
+    window.load();
+    window.merge(page, part);
+    window.write();
+    done.source.replace(0, Flash_WR_1::Size, recordBytes(page));
+    done.written = windowPartSpans(part);
+    done.record = recordBytes(window.record());
+    return done;
+}
+
+// The WLAN page's address fields, one of them or a lease's three at once.
+DeviceWrite wlanFieldsThroughDevice(QRandomGenerator &generator)
+{
+    DeviceWrite done;
+    const quint32 values[3] = {generator.generate(), generator.generate(), generator.generate()};
+    if (generator.bounded(2) == 0) {
+        const int field = generator.bounded(3);
+        WlanAddressing::storeInRecord(WlanOffsets[field], values[field]);
+        qToLittleEndian<quint32>(values[field], data(done.source) + WlanOffsets[field]);
+        done.written = {{WlanOffsets[field], 4}};
+        return done;
+    }
+    WlanAddressing::storeInRecord({{WlanOffsets[0], values[0]}, {WlanOffsets[1], values[1]},
+                                   {WlanOffsets[2], values[2]}});
+    for (int k = 0; k < 3; ++k) {
+        qToLittleEndian<quint32>(values[k], data(done.source) + WlanOffsets[k]);
+        done.written << Span{WlanOffsets[k], 4};
+    }
+    return done;
+}
+
 class QuietStdout
 {
 public:
@@ -323,7 +394,6 @@ void TestRecordWrites::deviceWrites()
     QFETCH(int, way);
     TestPanel panel;
     QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
-    EEInfoHandle *handle = EEInfoHandle::instance();
     QElapsedTimer clock;
     clock.start();
     for (int i = 0; i < DeviceImages; ++i) {
@@ -331,66 +401,15 @@ void TestRecordWrites::deviceWrites()
         QRandomGenerator generator(seed);
         const QByteArray image = randomBytes(generator, ImageSize);
         panel.setImage(image);
-        QByteArray source(ImageSize, '\0');
-        Spans written;
-        QByteArray recordExpected;
-        if (way == 0 || way == 1) {
-            const bool first = way == 0;
-            const CopyUnit *units = first ? Flash_WR_1::units : Flash_WR_2::units;
-            const int count = first ? Flash_WR_1::unitCount : Flash_WR_2::unitCount;
-            const int base = first ? Flash_WR_1::ImageBase : Flash_WR_2::ImageBase;
-            const CopyUnit piece = units[generator.bounded(count)];
-            const QByteArray value = randomBytes(generator, piece.width);
-            written = {{base + piece.offset, piece.width}};
-            source.replace(base + piece.offset, piece.width, value);
-            if (first) {
-                Flash_WR_1 record;
-                handle->read_flash_wr1_info(&record);
-                std::memcpy(reinterpret_cast<char *>(&record) + piece.offset, value.constData(), piece.width);
-                handle->write_flash_wr1_info(&record);
-                recordExpected = recordBytes(record);
-            } else {
-                Flash_WR_2 record;
-                handle->read_flash_wr2_info(&record);
-                std::memcpy(reinterpret_cast<char *>(&record) + piece.offset, value.constData(), piece.width);
-                handle->write_flash_wr2_info(&record);
-                recordExpected = recordBytes(record);
-            }
-        } else if (way == 2) {
-            const int part = generator.bounded(5);
-            Flash_WR_1 page;
-            setRecordBytes(page, randomBytes(generator, Flash_WR_1::Size));
-            WindowRecord window;
-            window.load();
-            window.merge(page, part);
-            window.write();
-            source.replace(0, Flash_WR_1::Size, recordBytes(page));
-            written = windowPartSpans(part);
-            recordExpected = recordBytes(window.record());
-        } else if (generator.bounded(2) == 0) {
-            const int offset = WlanOffsets[generator.bounded(3)];
-            const quint32 value = generator.generate();
-            WlanAddressing::storeInRecord(offset, value);
-            qToLittleEndian<quint32>(value, data(source) + offset);
-            written = {{offset, 4}};
-        } else {
-            // A lease: all three fields in one write.
-            const quint32 values[3] = {generator.generate(), generator.generate(), generator.generate()};
-            WlanAddressing::storeInRecord({{WlanOffsets[0], values[0]}, {WlanOffsets[1], values[1]},
-                                           {WlanOffsets[2], values[2]}});
-            for (int k = 0; k < 3; ++k) {
-                qToLittleEndian<quint32>(values[k], data(source) + WlanOffsets[k]);
-                written << Span{WlanOffsets[k], 4};
-            }
-        }
+        const DeviceWrite done = way == 0 ? unitThroughDevice<Flash_WR_1>(generator)
+            : way == 1                    ? unitThroughDevice<Flash_WR_2>(generator)
+            : way == 2                    ? windowChangeThroughDevice(generator)
+                                          : wlanFieldsThroughDevice(generator);
         const QByteArray after = panel.image();
-        const QString wrong = mismatch(after, overlay(image, source, written), written);
+        const QString wrong = mismatch(after, overlay(image, done.source, done.written), done.written);
         QVERIFY2(wrong.isEmpty(), qPrintable(QStringLiteral("seed %1: %2").arg(seed).arg(wrong)));
-        if (!recordExpected.isEmpty()) {
-            const int base = way == 1 ? Flash_WR_2::ImageBase : 0;
-            QVERIFY2(after.mid(base, recordExpected.size()) == recordExpected,
-                     qPrintable(QStringLiteral("seed %1: record does not read back").arg(seed)));
-        }
+        QVERIFY2(done.record.isEmpty() || after.mid(done.recordBase, done.record.size()) == done.record,
+                 qPrintable(QStringLiteral("seed %1: record does not read back").arg(seed)));
         if (i % 20 == 19)
             panel.clearCalls();      // the call log is not what is tested here
     }

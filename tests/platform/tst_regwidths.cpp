@@ -146,6 +146,10 @@ class TestRegisterWidths : public QObject
 private slots:
     void wholeValuesAgainstTheHost_data();
     void wholeValuesAgainstTheHost();
+
+private:
+    void startHost(QProcess &host, const QStringList &arguments);
+    QString stopHost(QProcess &host);
 };
 
 void TestRegisterWidths::wholeValuesAgainstTheHost_data()
@@ -173,17 +177,11 @@ void TestRegisterWidths::wholeValuesAgainstTheHost()
     const QByteArray before = panel.readFile(file);
 
     QProcess host;
-    host.setProcessChannelMode(QProcess::SeparateChannels);
-    host.setReadChannel(QProcess::StandardOutput);
-    const QStringList arguments = bits
+    startHost(host, bits
         ? QStringList{"bits", panel.path(file), QString::number(row.offset)}
-        : QStringList{"words", panel.path(file), QString::number(row.offset), QString::number(row.length)};
-    const TargetProgram program = targetProgram(QStringLiteral(REGWRITER_PATH), arguments);
-    host.start(program.program, program.arguments);
-    QVERIFY2(host.waitForStarted(StartMs), qPrintable(host.errorString()));
-    QVERIFY(host.waitForReadyRead(int(StartMs * timeAllowance())));
-    QCOMPARE(host.readLine(), QByteArray("ready\n"));
-
+        : QStringList{"words", panel.path(file), QString::number(row.offset), QString::number(row.length)});
+    if (QTest::currentTestFailed())
+        return;
     QElapsedTimer clock;
     clock.start();
     Tally tally;
@@ -200,31 +198,55 @@ void TestRegisterWidths::wholeValuesAgainstTheHost()
             sched_yield();
     }
     const qint64 took = clock.elapsed();
-    const bool hostRan = host.state() == QProcess::Running;
-    host.closeWriteChannel();
-    const bool stopped = host.waitForFinished(int(StopMs * timeAllowance()));
-    if (!stopped)
-        host.kill();
-    const QByteArray report = host.readAll();
-    const QByteArray complaint = host.readAllStandardError();
     QVERIFY2(tally.wrong.isEmpty(), qPrintable(tally.wrong));
-    QVERIFY2(hostRan && stopped, (report + complaint).constData());
-    QCOMPARE(host.exitStatus(), QProcess::NormalExit);
-    QVERIFY2(host.exitCode() == 0, complaint.constData());
-    const QRegularExpressionMatch counts =
-        QRegularExpression(QStringLiteral("writes (\\d+) checks (\\d+)")).match(QString::fromLatin1(report));
-    QVERIFY2(counts.hasMatch(), report.constData());
-    qInfo("%s %u: %d reads and %d writes (%d saw ours, %d the host's); host %s writes, %s checks; %lld ms",
+    const QString hostCounts = stopHost(host);
+    if (QTest::currentTestFailed())
+        return;
+    qInfo("%s %u: %d reads and %d writes (%d saw ours, %d the host's); host %s; %lld ms",
           bits ? "bits" : "bytes", row.length, tally.reads, tally.writes, tally.ours, tally.host,
-          qPrintable(counts.captured(1)), qPrintable(counts.captured(2)), took);
+          qPrintable(hostCounts), took);
     QCOMPARE(tally.reads + tally.writes, OperationsPerWidth);
-    QVERIFY(counts.captured(1).toInt() > 0);
 
     // Nothing of the file outside the register changed, or, for a bit,
     // outside the bytes the host played with around it.
     const int from = bits ? qMax(0, int(row.offset / 8) - 1) : int(row.offset);
     const int count = bits ? int(row.offset / 8) + 2 - from : int(row.length);
     QCOMPARE(outside(panel.readFile(file), from, count), outside(before, from, count));
+}
+
+// Starts the host's writer on the register and waits until it has the file.
+void TestRegisterWidths::startHost(QProcess &host, const QStringList &arguments)
+{
+    host.setProcessChannelMode(QProcess::SeparateChannels);
+    host.setReadChannel(QProcess::StandardOutput);
+    const TargetProgram program = targetProgram(QStringLiteral(REGWRITER_PATH), arguments);
+    host.start(program.program, program.arguments);
+    QVERIFY2(host.waitForStarted(StartMs), qPrintable(host.errorString()));
+    QVERIFY(host.waitForReadyRead(int(StartMs * timeAllowance())));
+    QCOMPARE(host.readLine(), QByteArray("ready\n"));
+}
+
+// Ends the writer, which must have run all along and seen nothing wrong;
+// its counts.
+QString TestRegisterWidths::stopHost(QProcess &host)
+{
+    const bool ran = host.state() == QProcess::Running;
+    host.closeWriteChannel();
+    const bool stopped = host.waitForFinished(int(StopMs * timeAllowance()));
+    if (!stopped)
+        host.kill();
+    const QByteArray report = host.readAll();
+    const QByteArray complaint = host.readAllStandardError();
+    const QRegularExpressionMatch counts =
+        QRegularExpression(QStringLiteral("writes (\\d+) checks (\\d+)")).match(QString::fromLatin1(report));
+    [&] {
+        QVERIFY2(ran && stopped, (report + complaint).constData());
+        QCOMPARE(host.exitStatus(), QProcess::NormalExit);
+        QVERIFY2(host.exitCode() == 0, complaint.constData());
+        QVERIFY2(counts.hasMatch(), report.constData());
+        QVERIFY2(counts.captured(1).toInt() > 0, "the host never got the register");
+    }();
+    return QStringLiteral("%1 writes, %2 checks").arg(counts.captured(1), counts.captured(2));
 }
 
 PANEL_TEST_MAIN(TestRegisterWidths)
