@@ -1,5 +1,5 @@
 // The host's side of a register shared with the plug-in, hammered until the
-// test closes our standard input. Plain system calls only: this plays the
+// test says stop. Plain system calls only: this plays the
 // host application and must not share a line with the register code it
 // checks.
 #include "regcontention.h"
@@ -24,13 +24,7 @@ constexpr int MaxBytes = 4096;
 // How often standard input is looked at.
 constexpr long PollEvery = 64;
 
-struct Counts
-{
-    long writes = 0;
-    long checks = 0;
-};
-
-bool inputEnded()
+bool inputEnded(void *)
 {
     pollfd input = {STDIN_FILENO, POLLIN, 0};
     if (poll(&input, 1, 0) <= 0)
@@ -90,13 +84,16 @@ void dump(const char *what, const unsigned char *bytes, int length)
     fprintf(stderr, "%s\n", length > 32 ? " ..." : "");
 }
 
-int contendWords(int fd, off_t offset, int length, Counts *counts)
+} // namespace
+
+int contendWords(int fd, long offset, int length, ContentionStop stop, void *context,
+                 ContentionCounts *counts)
 {
     unsigned char bytes[MaxBytes];
     unsigned char mine[MaxBytes];
     const int piece = length > 3 ? (length + 2) / 3 : 1;
     for (long i = 0;; ++i) {
-        if (i % PollEvery == 0 && inputEnded())
+        if (i % PollEvery == 0 && stop(context))
             return 0;
         const unsigned char own = i % 2 ? OwnSecond : OwnFirst;
         memset(mine, own, size_t(length));
@@ -127,6 +124,8 @@ int contendWords(int fd, off_t offset, int length, Counts *counts)
     }
 }
 
+namespace {
+
 // Our bits of the bytes [first, first + count): all but `bit`.
 bool neighboursAre(const unsigned char *bytes, int first, int count, long bit, bool on)
 {
@@ -148,7 +147,9 @@ void setNeighbours(unsigned char *bytes, int first, int count, long bit, bool on
     }
 }
 
-int contendBits(int fd, long bit, Counts *counts)
+} // namespace
+
+int contendBits(int fd, long bit, ContentionStop stop, void *context, ContentionCounts *counts)
 {
     const int first = bit / 8 > 0 ? int(bit / 8) - 1 : 0;
     const int count = int(bit / 8) + 2 - first;
@@ -156,7 +157,7 @@ int contendBits(int fd, long bit, Counts *counts)
     const int at = int(bit / 8) - first;
     bool on = false;
     for (long i = 0;; ++i) {
-        if (i % PollEvery == 0 && inputEnded())
+        if (i % PollEvery == 0 && stop(context))
             return 0;
         unsigned char bytes[3];
         if (!locked(fd, first, count, F_LOCK) || !readAt(fd, first, bytes, count))
@@ -182,8 +183,6 @@ int contendBits(int fd, long bit, Counts *counts)
     }
 }
 
-} // namespace
-
 int contend(int argc, char *argv[])
 {
     const bool words = strcmp(argv[1], "words") == 0;
@@ -205,10 +204,10 @@ int contend(int argc, char *argv[])
     // Tells the test the file is open and the contention starts.
     printf("ready\n");
     fflush(stdout);
-    Counts counts;
+    ContentionCounts counts;
     errno = 0;
-    const int result = words ? contendWords(fd, place, int(length), &counts)
-                             : contendBits(fd, place, &counts);
+    const int result = words ? contendWords(fd, place, int(length), inputEnded, nullptr, &counts)
+                             : contendBits(fd, place, inputEnded, nullptr, &counts);
     if (result != 0 && errno != 0)
         perror("regwriter");
     printf("writes %ld checks %ld\n", counts.writes, counts.checks);

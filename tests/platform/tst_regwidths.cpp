@@ -4,6 +4,7 @@
 // may see a value that is not one whole value, no write may land inside the
 // other side's, and nothing outside the register may change.
 #include "localreg.h"
+#include "regcontention.h"
 #include "sysreg.h"
 #include "targetprogram.h"
 #include "testharness.h"
@@ -15,13 +16,20 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+#include <atomic>
 #include <cstring>
+#include <fcntl.h>
+#include <functional>
 #include <sched.h>
+#include <thread>
+#include <unistd.h>
 
 namespace {
 
 // Our reads and writes per width: half of each.
 constexpr int OperationsPerWidth = 100000;
+// The same against a host thread of our own process, as on the panel.
+constexpr int InProcessOperationsPerWidth = 20000;
 constexpr unsigned char OurFirst = 0x11;
 constexpr unsigned char OurSecond = 0x22;
 constexpr unsigned char HostFirst = 0x33;
@@ -131,6 +139,28 @@ void bitRound(unsigned index, unsigned bit, int round, Tally &tally)
         ++(hostBits ? tally.host : tally.ours);
 }
 
+// Our half: reads and writes of the register, `operations` in all unless
+// something is wrong or the host is gone (asked every few rounds).
+Tally runRounds(unsigned index, int operations, const std::function<bool()> &hostGone)
+{
+    const SysReg::Row row = SysReg::table()[index];
+    const bool bits = LocalReg::isBitArea(row.area);
+    Tally tally;
+    for (int round = 0; round < operations / 2 && tally.wrong.isEmpty(); ++round) {
+        if (bits)
+            bitRound(index, row.offset, round, tally);
+        else
+            wordRound(index, int(row.length), round, tally);
+        if (round % WatchEvery == 0 && hostGone())
+            break;
+        // Record locks hand over to no waiter in particular: without a
+        // pause of ours now and then the host would hardly ever get in.
+        if (round % YieldEvery == 0)
+            sched_yield();
+    }
+    return tally;
+}
+
 // The file with the bytes [from, from + count) blanked out.
 QByteArray outside(QByteArray file, int from, int count)
 {
@@ -146,6 +176,8 @@ class TestRegisterWidths : public QObject
 private slots:
     void wholeValuesAgainstTheHost_data();
     void wholeValuesAgainstTheHost();
+    void wholeValuesAgainstTheHostInProcess_data() { wholeValuesAgainstTheHost_data(); }
+    void wholeValuesAgainstTheHostInProcess();
 
 private:
     void startHost(QProcess &host, const QStringList &arguments);
@@ -184,19 +216,7 @@ void TestRegisterWidths::wholeValuesAgainstTheHost()
         return;
     QElapsedTimer clock;
     clock.start();
-    Tally tally;
-    for (int round = 0; round < OperationsPerWidth / 2 && tally.wrong.isEmpty(); ++round) {
-        if (bits)
-            bitRound(index, row.offset, round, tally);
-        else
-            wordRound(index, int(row.length), round, tally);
-        if (round % WatchEvery == 0 && host.waitForFinished(0))
-            break;
-        // Record locks hand over to no waiter in particular: without a
-        // pause of ours now and then the host would hardly ever get in.
-        if (round % YieldEvery == 0)
-            sched_yield();
-    }
+    const Tally tally = runRounds(index, OperationsPerWidth, [&host] { return host.waitForFinished(0); });
     const qint64 took = clock.elapsed();
     QVERIFY2(tally.wrong.isEmpty(), qPrintable(tally.wrong));
     const QString hostCounts = stopHost(host);
@@ -209,6 +229,54 @@ void TestRegisterWidths::wholeValuesAgainstTheHost()
 
     // Nothing of the file outside the register changed, or, for a bit,
     // outside the bytes the host played with around it.
+    const int from = bits ? qMax(0, int(row.offset / 8) - 1) : int(row.offset);
+    const int count = bits ? int(row.offset / 8) + 2 - from : int(row.length);
+    QCOMPARE(outside(panel.readFile(file), from, count), outside(before, from, count));
+}
+
+// The plug-in runs inside the host's process, whose threads take lockf()
+// locks: process-owned locks, which our own lockf() would simply share. The
+// same rounds against such a thread.
+void TestRegisterWidths::wholeValuesAgainstTheHostInProcess()
+{
+    QFETCH(unsigned, index);
+    const SysReg::Row row = SysReg::table()[index];
+    const bool bits = LocalReg::isBitArea(row.area);
+    TestPanel panel;
+    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
+    const QString file = QString::fromLatin1(LocalReg::areaPath(row.area));
+    const unsigned char start[256] = {};
+    QCOMPARE(SysReg_Write(index, start, row.length), 0);
+    const QByteArray before = panel.readFile(file);
+
+    // Nothing in this process may open and close the file while the host
+    // thread holds locks on it: closing any descriptor of a file drops them.
+    const int fd = ::open(QFile::encodeName(panel.path(file)).constData(), O_RDWR | O_CLOEXEC);
+    QVERIFY(fd >= 0);
+    std::atomic<bool> stop {false};
+    std::atomic<bool> done {false};
+    ContentionCounts counts;
+    int result = -1;
+    std::thread host([&] {
+        const ContentionStop stopped = [](void *flag) { return static_cast<std::atomic<bool> *>(flag)->load(); };
+        result = bits ? contendBits(fd, long(row.offset), stopped, &stop, &counts)
+                      : contendWords(fd, long(row.offset), int(row.length), stopped, &stop, &counts);
+        done = true;
+    });
+    QElapsedTimer clock;
+    clock.start();
+    const Tally tally = runRounds(index, InProcessOperationsPerWidth, [&done] { return done.load(); });
+    const qint64 took = clock.elapsed();
+    stop = true;
+    host.join();
+    ::close(fd);
+    QVERIFY2(tally.wrong.isEmpty(), qPrintable(tally.wrong));
+    QCOMPARE(result, 0);
+    qInfo("%s %u in one process: %d reads and %d writes (%d saw ours, %d the host's); host %ld writes, "
+          "%ld checks; %lld ms", bits ? "bits" : "bytes", row.length, tally.reads, tally.writes, tally.ours,
+          tally.host, counts.writes, counts.checks, took);
+    QCOMPARE(tally.reads + tally.writes, InProcessOperationsPerWidth);
+    QVERIFY(counts.writes > 0);
     const int from = bits ? qMax(0, int(row.offset / 8) - 1) : int(row.offset);
     const int count = bits ? int(row.offset / 8) + 2 - from : int(row.length);
     QCOMPARE(outside(panel.readFile(file), from, count), outside(before, from, count));
