@@ -207,21 +207,29 @@ int CommonDevMtdWR::mtd_write(int fd, mtd_info_user *info, unsigned char *data, 
     // erased block, not wherever the descriptor happened to point.
     if (count > 0)
         m_io->lseek(fd, off_t(blocks[0].start), SEEK_SET);
-    for (int i = 0; i < count && written < whole; ++i) {
-        const quint32 chunk = qMin<quint32>(whole - written, blocks[i].length);
-        m_io->lseek(fd, off_t(blocks[i].start), SEEK_SET);
+    int next = 0;
+    bool blockFilled = false;
+    for (; next < count && written < whole; ++next) {
+        const quint32 chunk = qMin<quint32>(whole - written, blocks[next].length);
+        m_io->lseek(fd, off_t(blocks[next].start), SEEK_SET);
         m_io->write(fd, data + written, chunk);
-        m_io->lseek(fd, off_t(blocks[i].start), SEEK_SET);
+        m_io->lseek(fd, off_t(blocks[next].start), SEEK_SET);
         if (!verifyChunk(fd, data + written, chunk)) {
             printf("Verify Error\r");
             return 1;
         }
         written += chunk;
+        blockFilled = chunk == blocks[next].length;
     }
     // NAND pages are programmed whole: the rest goes out as one unit filled
-    // up with zeros, right after the verified part.
-    if (len % unit != 0)
+    // up with zeros, right after the verified part. When that part ended
+    // with its block, "right after" is the next good block: the block that
+    // follows on the chip may be a bad one, skipped by the erase.
+    if (len % unit != 0) {
+        if (blockFilled && next < count)
+            m_io->lseek(fd, off_t(blocks[next].start), SEEK_SET);
         writePaddedUnit(fd, data + whole, len - whole, unit);
+    }
     return 0;
 }
 

@@ -5,12 +5,29 @@
 // held, so a reader that did not honour the lock would see mixed bytes.
 //
 // usage: regwriter <panel root> <iterations>
+//
+// Contention mode, for one register of any width, until standard input
+// ends (then it prints its counts and exits 0; 1 at the first wrong
+// observation):
+//   regwriter words <file> <offset> <length>
+//     writes 0x33.. and 0x44.. over the whole register in pieces under the
+//     lock and reads it back before unlocking: anything but its own value
+//     means another writer got in. Every locked read must see one whole
+//     value: 0x11.., 0x22.. (the other side's) or its own.
+//   regwriter bits <file> <bit>
+//     owns every bit of the bytes around <bit> but <bit> itself: flips them
+//     all together under the lock, byte by byte, and checks before each
+//     flip that they are still what it last wrote and, after it, that
+//     <bit> did not change while it held the lock.
+
+#include "regcontention.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <poll.h>
 #include <sched.h>
 #include <string>
 #include <unistd.h>
@@ -65,6 +82,8 @@ bool rewriteBits(int fd, bool on)
 
 int main(int argc, char *argv[])
 {
+    if (argc >= 2 && (strcmp(argv[1], "words") == 0 || strcmp(argv[1], "bits") == 0))
+        return contend(argc, argv);
     if (argc != 3) {
         fprintf(stderr, "usage: regwriter <panel root> <iterations>\n");
         return 2;
