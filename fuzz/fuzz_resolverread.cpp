@@ -83,11 +83,11 @@ QString latin1(const QByteArray &bytes)
     return QString::fromLatin1(bytes.constData(), bytes.size());
 }
 
-QString readThrough(const QByteArray &bytes)
+QString readThrough(const QByteArray &bytes, QIODevice::OpenMode mode = QIODevice::ReadOnly)
 {
     QBuffer buffer;
     buffer.setData(bytes);
-    if (!buffer.open(QIODevice::ReadOnly))
+    if (!buffer.open(mode))
         FuzzSupport::fail("buffer opened");
     return ResolverFile::readText(buffer);
 }
@@ -118,6 +118,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const QString text = readThrough(bytes);
     FUZZ_CHECK(ResolverFile::bytes(text) == bytes, bytes);
     FUZZ_CHECK(text.size() == bytes.size(), bytes);
+    // The page opens the file as text, as it always did: Qt then drops every
+    // carriage return, so CRLF line ends read as LF.
+    QByteArray unixEnds = bytes;
+    unixEnds.replace("\r", "");
+    FUZZ_CHECK(ResolverFile::bytes(readThrough(bytes, QIODevice::ReadOnly | QIODevice::Text)) == unixEnds, bytes);
     if (oversize)
         checkSizeBound(bytes);
 
