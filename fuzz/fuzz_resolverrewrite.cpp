@@ -16,6 +16,8 @@ namespace {
 const char *const RealTags[] = {"eth0", "eth1", "wlan0", "ppp0"};
 constexpr size_t MaxTagBytes = 8;
 constexpr size_t MaxServerBytes = 24;
+// A resolver file holds a few lines; longer texts only slow the search down.
+constexpr size_t MaxTextBytes = 1024;
 
 using Lines = QList<QByteArray>;
 
@@ -136,7 +138,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const bool ownLine = input.ConsumeBool();
     QByteArray server = consumeBytes(input, MaxServerBytes);
     server.replace('\n', ' ');
-    const QByteArray bytes = consumeBytes(input, size);
+    const QByteArray bytes = consumeBytes(input, MaxTextBytes);
 
     // The page's line is "nameserver <server> # <tag>"; the server text is
     // kept as it is, even a "%2" in it.
