@@ -9,10 +9,15 @@
 #include <QBuffer>
 #include <QList>
 
+#include <algorithm>
+
 namespace {
 
 const char *const RealTags[] = {"eth0", "eth1", "wlan0", "ppp0"};
 constexpr size_t MaxTagBytes = 8;
+// A resolver file holds a few lines; longer texts only slow the search
+// down. The size bound itself is checked now and then with a text of its own.
+constexpr size_t MaxTextBytes = 1024;
 const QByteArray NoServer = QByteArrayLiteral("0.0.0.0");
 
 QByteArray pickTag(FuzzedDataProvider &input)
@@ -111,8 +116,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     FuzzedDataProvider input(data, size);
     const QByteArray tagBytes = pickTag(input);
     const int role = input.ConsumeIntegralInRange<int>(-1, 3);
-    const bool oversize = input.ConsumeIntegralInRange<int>(0, 63) == 0;
-    const std::string rest = input.ConsumeRemainingBytesAsString();
+    const bool oversize = input.ConsumeIntegralInRange<int>(0, 255) == 0;
+    const std::string rest = input.ConsumeBytesAsString(std::min(input.remaining_bytes(), MaxTextBytes));
     const QByteArray bytes(rest.data(), int(rest.size()));
 
     const QString text = readThrough(bytes);
