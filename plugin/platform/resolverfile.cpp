@@ -97,7 +97,8 @@ QString ResolverFile::readText(QIODevice &file)
     const QByteArray data = file.read(MaxFileSize + 1);
     if (data.size() > MaxFileSize)
         return QString();
-    return QString::fromLatin1(data);
+    // With a length: the QByteArray overload stops at the first NUL.
+    return QString::fromLatin1(data.constData(), data.size());
 }
 
 QByteArray ResolverFile::bytes(const QString &text)

@@ -93,6 +93,19 @@ private slots:
         QCOMPARE(panel.readFile(Resolver), foreign + "nameserver 2.2.2.2 # eth0");
     }
 
+    // A stray NUL (a half-written file, a hand edit) is just another byte:
+    // the lines after it are someone else's and must not be lost.
+    void nulByteKeepsTheLinesAfterIt()
+    {
+        TestPanel panel;
+        const QByteArray foreign("search lan\0junk\nnameserver 9.9.9.9 # eth1\n", 42);
+        QVERIFY(panel.writeFile(Resolver, foreign + "nameserver 10.0.0.1 # eth0"));
+        QCOMPARE(ResolverFile::systemServer(QStringLiteral("eth0"), ResolverFile::First), QStringLiteral("10.0.0.1"));
+        QFile file(panel.path(Resolver));
+        ResolverFile::rewrite(file, QStringLiteral("eth0"), ResolverFile::First, QStringLiteral("2.2.2.2"));
+        QCOMPARE(panel.readFile(Resolver), foreign + "nameserver 2.2.2.2 # eth0");
+    }
+
     // Text mode reads CRLF as LF: the lines are found, and a rewrite leaves
     // the file with plain line ends.
     void crlfLineEnds()
