@@ -216,6 +216,31 @@ private slots:
         QTest::newRow("long") << QByteArray(100, 'z') << 0;
     }
 
+    void toolAnswerTexts_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<int>("brightness");
+        QTest::addColumn<int>("usbSlave");
+        QTest::newRow("nothing") << QByteArray() << 0 << 0;
+        QTest::newRow("level") << QByteArray("  120\n") << 120 << 0;
+        QTest::newRow("plug-in") << QByteArray("plug-in\n") << 0 << 1;
+        QTest::newRow("NUL ends the text") << QByteArray("plug-in\n\0" "9", 10) << 0 << 1;
+        QTest::newRow("NUL first") << QByteArray("\0" "77", 3) << 0 << 0;
+        // Digits from the 32nd byte on are never looked at.
+        QTest::newRow("31 bytes") << QByteArray(30, ' ') + "7" << 7 << 0;
+        QTest::newRow("32 bytes") << QByteArray(31, ' ') + "7" << 0 << 0;
+    }
+
+    // The answers' meaning straight from the bytes a tool printed.
+    void toolAnswerTexts()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(int, brightness);
+        QFETCH(int, usbSlave);
+        QCOMPARE(EEInfoHandle::brightnessFromAnswer(answer.constData(), answer.size()), brightness);
+        QCOMPARE(EEInfoHandle::usbSlaveFromAnswer(answer.constData(), answer.size()), usbSlave);
+    }
+
     void usbSlave()
     {
         QFETCH(QByteArray, answer);
