@@ -27,8 +27,6 @@ const char WriteLogoTool[] = "/root/plat-intf/writelogo";
 const char GetUsbSlaveTool[] = "/root/plat-intf/getusbslave";
 const char UsbSlaveAnswer[] = "plug-in";
 
-// Answers of the query tools are short numbers or words.
-constexpr int AnswerSize = 32;
 // The identity tools always take this many bytes.
 constexpr int TextBlockSize = 32;
 
@@ -129,14 +127,43 @@ void EEInfoHandle::write_flash_wr2_info(EEInfoDetail::Flash_WR_2 *record)
         writeRecord(*record);
 }
 
+namespace {
+
+// The answer as text: at most AnswerSize - 1 bytes, always terminated.
+void answerText(const char *answer, int size, char (&text)[EEInfoHandle::AnswerSize])
+{
+    std::memset(text, 0, sizeof(text));
+    if (answer && size > 0)
+        std::memcpy(text, answer, size_t(qMin(size, EEInfoHandle::AnswerSize - 1)));
+}
+
+} // namespace
+
+int EEInfoHandle::brightnessFromAnswer(const char *answer, int size)
+{
+    char text[AnswerSize];
+    answerText(answer, size, text);
+    return int(strtol(text, nullptr, 10));
+}
+
+int EEInfoHandle::usbSlaveFromAnswer(const char *answer, int size)
+{
+    char text[AnswerSize];
+    answerText(answer, size, text);
+    std::string word(text);
+    // The tool ends its answer with a line feed; the last character always
+    // goes, whatever it is.
+    if (word.size() >= 3)
+        word.pop_back();
+    return word == UsbSlaveAnswer ? 1 : 0;
+}
+
 int EEInfoHandle::getbright()
 {
     char answer[AnswerSize];
-    std::memset(answer, 0, sizeof(answer));
-    // One byte short of the buffer keeps the text terminated for strtol.
-    m_platform.readcmd(PanelRoot::command(GetBrightTool).constData(), answer,
-                       int(sizeof(answer)) - 1);
-    return int(strtol(answer, nullptr, 10));
+    int count = 0;
+    m_platform.readcmd(PanelRoot::command(GetBrightTool).constData(), answer, AnswerSize - 1, &count);
+    return brightnessFromAnswer(answer, count);
 }
 
 int EEInfoHandle::setBright(int level)
@@ -251,15 +278,9 @@ int EEInfoHandle::reboot()
 int EEInfoHandle::isusbslave()
 {
     char answer[AnswerSize];
-    std::memset(answer, 0, sizeof(answer));
-    m_platform.readcmd(PanelRoot::command(GetUsbSlaveTool).constData(), answer,
-                       int(sizeof(answer)) - 1);
-    std::string text(answer);
-    // The tool ends its answer with a line feed; the last character always
-    // goes, whatever it is.
-    if (text.size() >= 3)
-        text.pop_back();
-    return text == UsbSlaveAnswer ? 1 : 0;
+    int count = 0;
+    m_platform.readcmd(PanelRoot::command(GetUsbSlaveTool).constData(), answer, AnswerSize - 1, &count);
+    return usbSlaveFromAnswer(answer, count);
 }
 
 void EEInfoHandle::setDNSToSys(int adapter, int which, QString server)

@@ -58,6 +58,14 @@ public:
     int reboot();
     int isusbslave();                    // 1 when the tool answers "plug-in\n"
 
+    // What the query tools' answers mean, from the `size` bytes they printed
+    // (only the first AnswerSize - 1 count): getbright's leading decimal
+    // number (0 when there is none), and whether getusbslave's text, its
+    // last character dropped, reads "plug-in".
+    static constexpr int AnswerSize = 32;
+    static int brightnessFromAnswer(const char *answer, int size);
+    static int usbSlaveFromAnswer(const char *answer, int size);
+
     // Puts "nameserver <server> # eth<adapter>" in the resolver file at the
     // adapter's first (which = 0) or backup (1) position.
     void setDNSToSys(int adapter, int which, QString server);

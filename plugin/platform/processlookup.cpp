@@ -9,11 +9,11 @@
 
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 
 namespace {
 const char ProcessQuery[] = "ps -ef | grep %s|grep -v grep";
 constexpr int ProcessCommandSize = 128;
-constexpr int ProcessLineSize = 128;    // the longest ps line we look at
 }
 
 namespace ProcessLookup {
@@ -32,12 +32,22 @@ int detectProcess(const char *name)
     }
     const QByteArray text = PanelRoot::command(command.text().constData());
     // Only the first line counts; ps and grep end on the closed pipe.
-    char line[ProcessLineSize + 1] = {};
-    if (ProcessRunner::readFrom(text.constData(), line, ProcessLineSize, WaitBound::ShellCommand)
+    char answer[AnswerSize] = {};
+    int count = 0;
+    if (ProcessRunner::readFrom(text.constData(), answer, AnswerSize, WaitBound::ShellCommand, &count)
         == ProcessRunner::NotStarted) {
         qCDebug(lcPlatform) << "cannot run" << text;
         return -1;
     }
+    return pidFromAnswer(answer, count);
+}
+
+int pidFromAnswer(const char *answer, int size)
+{
+    // A terminated copy: the pipe's bytes carry no terminator of their own.
+    char line[AnswerSize + 1] = {};
+    if (answer && size > 0)
+        std::memcpy(line, answer, size_t(qMin(size, AnswerSize)));
     if (!line[0])
         return 1;
     return int(qBound<long>(INT_MIN, std::strtol(line, nullptr, 10), INT_MAX));

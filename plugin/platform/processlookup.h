@@ -15,6 +15,15 @@ CommandText query(const char *name);
 // cannot run.
 int detectProcess(const char *name);
 
+// The longest part of the answer looked at; the first ps line fits in it.
+constexpr int AnswerSize = 128;
+
+// What detectProcess makes of the `size` bytes the pipe gave: the leading
+// decimal number of the first AnswerSize of them (blanks skipped, 0 when
+// there is none, held to the int range), or 1 when they are empty or start
+// with a NUL byte.
+int pidFromAnswer(const char *answer, int size);
+
 } // namespace ProcessLookup
 
 #endif // PROCESSLOOKUP_H

@@ -1,6 +1,7 @@
 #include "eeinfohandle.h"
 #include "fdexhaustion.h"
 #include "plateforminterface.h"
+#include "processlookup.h"
 #include "stderrcapture.h"
 #include "testharness.h"
 #include "testpanel.h"
@@ -8,6 +9,7 @@
 #include <QFile>
 #include <QtTest>
 
+#include <climits>
 #include <cstring>
 
 namespace {
@@ -214,6 +216,31 @@ private slots:
         QTest::newRow("long") << QByteArray(100, 'z') << 0;
     }
 
+    void toolAnswerTexts_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<int>("brightness");
+        QTest::addColumn<int>("usbSlave");
+        QTest::newRow("nothing") << QByteArray() << 0 << 0;
+        QTest::newRow("level") << QByteArray("  120\n") << 120 << 0;
+        QTest::newRow("plug-in") << QByteArray("plug-in\n") << 0 << 1;
+        QTest::newRow("NUL ends the text") << QByteArray("plug-in\n\0" "9", 10) << 0 << 1;
+        QTest::newRow("NUL first") << QByteArray("\0" "77", 3) << 0 << 0;
+        // Digits from the 32nd byte on are never looked at.
+        QTest::newRow("31 bytes") << QByteArray(30, ' ') + "7" << 7 << 0;
+        QTest::newRow("32 bytes") << QByteArray(31, ' ') + "7" << 0 << 0;
+    }
+
+    // The answers' meaning straight from the bytes a tool printed.
+    void toolAnswerTexts()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(int, brightness);
+        QFETCH(int, usbSlave);
+        QCOMPARE(EEInfoHandle::brightnessFromAnswer(answer.constData(), answer.size()), brightness);
+        QCOMPARE(EEInfoHandle::usbSlaveFromAnswer(answer.constData(), answer.size()), usbSlave);
+    }
+
     void usbSlave()
     {
         QFETCH(QByteArray, answer);
@@ -393,6 +420,30 @@ private slots:
                  QByteArray("nameserver 4.4.4.4 # eth1"));
         QCOMPARE(panel.readFile(QStringLiteral("/etc/resolvbak.conf")),
                  QByteArray("nameserver 4.4.4.4 # eth1"));
+    }
+
+    void processAnswers_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<int>("pid");
+        QTest::newRow("nothing found") << QByteArray() << 1;
+        QTest::newRow("starts with NUL") << QByteArray("\0" "123", 4) << 1;
+        QTest::newRow("ps line") << QByteArray("  1234 root  0:00 udhcpc -i eth0\n") << 1234;
+        QTest::newRow("two lines") << QByteArray("77 a\n88 b\n") << 77;
+        QTest::newRow("no number") << QByteArray("root 12 udhcpc\n") << 0;
+        QTest::newRow("past int") << QByteArray("99999999999999 x") << INT_MAX;
+        QTest::newRow("below int") << QByteArray("-99999999999999 x") << INT_MIN;
+        // Digits past the bytes looked at do not count.
+        QTest::newRow("number beyond the bound")
+            << QByteArray(ProcessLookup::AnswerSize - 2, ' ') + "123456" << 12;
+    }
+
+    // The first line's leading number, read from the pipe's raw bytes.
+    void processAnswers()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(int, pid);
+        QCOMPARE(ProcessLookup::pidFromAnswer(answer.constData(), answer.size()), pid);
     }
 };
 

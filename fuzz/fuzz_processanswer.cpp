@@ -1,0 +1,56 @@
+// The process lookup reads the first bytes "ps -ef | grep" prints, and any
+// program may be running under any name. Whatever the pipe gave, the answer
+// is 1 for nothing, else the leading decimal number of the bytes looked at
+// (blanks skipped, 0 when there is none, held to the int range), and
+// nothing past those bytes is ever read.
+#include "fuzzsupport.h"
+#include "processlookup.h"
+
+#include <climits>
+#include <cstring>
+#include <memory>
+
+namespace {
+
+bool blank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+}
+
+// A reading of the number by hand, digit by digit, saturating.
+int expectedPid(const char *bytes, int size)
+{
+    const int n = qMin(size, ProcessLookup::AnswerSize);
+    if (n == 0 || bytes[0] == '\0')
+        return 1;
+    int i = 0;
+    while (i < n && blank(bytes[i]))
+        ++i;
+    bool negative = false;
+    if (i < n && (bytes[i] == '+' || bytes[i] == '-')) {
+        negative = bytes[i] == '-';
+        ++i;
+    }
+    qint64 value = 0;
+    for (; i < n && bytes[i] >= '0' && bytes[i] <= '9'; ++i)
+        value = qMin<qint64>(value * 10 + (bytes[i] - '0'), qint64(INT_MAX) + 1);
+    if (negative)
+        return int(qMax<qint64>(-value, INT_MIN));
+    return int(qMin<qint64>(value, INT_MAX));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    // The pipe's bytes in a buffer of exactly their size: the reader must
+    // neither need a terminator nor look past them.
+    const int count = int(size);
+    std::unique_ptr<char[]> answer(new char[size > 0 ? size : 1]);
+    if (size > 0)
+        std::memcpy(answer.get(), data, size);
+    const int pid = ProcessLookup::pidFromAnswer(answer.get(), count);
+    const QByteArray input = FuzzSupport::bytes(data, size);
+    FUZZ_CHECK(pid == expectedPid(answer.get(), count), input.left(ProcessLookup::AnswerSize));
+    return 0;
+}
