@@ -4,7 +4,6 @@
 // and a file that is not a plain file is a failure.
 #include "fuzzsupport.h"
 #include "pingresult.h"
-#include "ramroot.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 
@@ -28,7 +27,7 @@ bool holdsMarker(const QByteArray &bytes)
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    useRamPanelRoot();
+    FuzzSupport::panelRoot();
     return 0;
 }
 

@@ -7,7 +7,6 @@
 #include "bitstring.h"
 #include "fuzzsupport.h"
 #include "localreg.h"
-#include "ramroot.h"
 #include "sysreg.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
@@ -283,7 +282,7 @@ void checkBitString(FuzzedDataProvider &input)
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
-    useRamPanelRoot();
+    FuzzSupport::panelRoot();
     return 0;
 }
 

@@ -14,7 +14,8 @@
 // input kept by libFuzzer.
 namespace FuzzSupport {
 
-// Creates the panel root on first use (a fresh folder under $TMPDIR) and
+// Creates the panel root on first use (a fresh folder under $TMPDIR, or in
+// RAM under /dev/shm when TMPDIR is not set) and
 // points PANEL_ROOT and PATH at it. Returns the root.
 QString panelRoot();
 
