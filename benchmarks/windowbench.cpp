@@ -10,9 +10,10 @@
 #include <QDialog>
 #include <QEvent>
 #include <QEventLoop>
-#include <QFile>
 #include <QPluginLoader>
 #include <QTimer>
+
+#include <cstdio>
 
 namespace {
 
@@ -37,18 +38,6 @@ protected:
 private:
     QEventLoop *m_loop;
 };
-
-qint64 statusKib(const QByteArray &status, const char *key)
-{
-    const int at = status.indexOf(key);
-    if (at < 0)
-        return -1;
-    int end = status.indexOf('\n', at);
-    if (end < 0)
-        end = status.size();
-    const QByteArray field = status.mid(at + int(qstrlen(key)), end - at - int(qstrlen(key)));
-    return field.trimmed().split(' ').value(0).toLongLong();
-}
 
 } // namespace
 
@@ -124,12 +113,19 @@ bool runnablePrograms(const QList<QStringList> &recorded, QList<QStringList> *ca
 Memory memoryNow()
 {
     Memory memory;
-    QFile file(QStringLiteral("/proc/self/status"));
-    if (file.open(QIODevice::ReadOnly)) {
-        const QByteArray status = file.readAll();
-        memory.residentKib = statusKib(status, "VmRSS:");
-        memory.anonKib = statusKib(status, "RssAnon:");
-        memory.fileKib = statusKib(status, "RssFile:");
+    // /proc files tell no size, so they are read line by line.
+    if (FILE *file = std::fopen("/proc/self/status", "re")) {
+        char line[256];
+        while (std::fgets(line, sizeof line, file)) {
+            long long kib = 0;
+            if (std::sscanf(line, "VmRSS: %lld", &kib) == 1)
+                memory.residentKib = kib;
+            else if (std::sscanf(line, "RssAnon: %lld", &kib) == 1)
+                memory.anonKib = kib;
+            else if (std::sscanf(line, "RssFile: %lld", &kib) == 1)
+                memory.fileKib = kib;
+        }
+        std::fclose(file);
     }
     memory.heapBytes = ProcessSampler::heapInUse();
     return memory;
