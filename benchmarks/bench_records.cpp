@@ -1,10 +1,12 @@
 // A device record read and written through EEInfoHandle against starting
 // the image tools alone: the same stand-in programs, moving the same 1024
-// bytes, with nothing else done.
+// bytes, with nothing else done. And one program started through the
+// plug-in's runner against system()'s way.
 #include "benchmain.h"
 #include "eeinfohandle.h"
 #include "panelroot.h"
 #include "processcost.h"
+#include "processrunner.h"
 #include "testpanel.h"
 
 #include <benchmark/benchmark.h>
@@ -81,6 +83,29 @@ void recordWrite(benchmark::State &state, bool bare)
         state.SkipWithError("the device image changed");
 }
 
+// One short firmware tool through the plug-in's program runner (its own
+// process group, a time bound) against system()'s way: what the runner
+// itself adds to every program the pages start.
+void programRun(benchmark::State &state, bool bare)
+{
+    const QByteArray setbeep = tool("setbeep");
+    const QStringList call {QString::fromLocal8Bit(setbeep), QStringLiteral("short")};
+    const QByteArray command = setbeep + " short";
+    BenchMain::panel().clearCalls();
+    for (auto _ : state) {
+        const int status = bare ? ProcessCost::runCall(call) : ProcessRunner::system(command, WaitBound::FirmwareTool);
+        if (status != 0) {
+            state.SkipWithError("setbeep failed");
+            break;
+        }
+    }
+    countStarts(state);
+}
+
+[[maybe_unused]] const auto *const runPlugin =
+    benchmark::RegisterBenchmark("program_run/setbeep/plugin", [](benchmark::State &s) { programRun(s, false); });
+[[maybe_unused]] const auto *const runBare =
+    benchmark::RegisterBenchmark("program_run/setbeep/baseline", [](benchmark::State &s) { programRun(s, true); });
 [[maybe_unused]] const auto *const readPlugin =
     benchmark::RegisterBenchmark("record_read/flash_wr1/plugin", [](benchmark::State &s) { recordRead(s, false); });
 [[maybe_unused]] const auto *const readBare =

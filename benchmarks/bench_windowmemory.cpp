@@ -3,7 +3,7 @@
 // The first window of a process also fills Qt's caches and loads the panel
 // font; a second window shows what each later one costs. Run each variant
 // in a process of its own for the first-window figures (scripts/benchmark
-// does).
+// does). BENCH_MEMORY_MAPS names a file for the mappings that grew most.
 #include "baredialog.h"
 #include "settingsinterface.h"
 #include "windowbench.h"
@@ -56,6 +56,7 @@ void residentMemory(benchmark::State &state, bool settingsWindow)
         widgets = opening.widgets;
     }
     for (auto _ : state) {
+        const QMap<QString, qint64> mappings = WindowBench::residentByMapping();
         const WindowBench::Memory before = WindowBench::memoryNow();
         QDialog *window = open(settingsWindow, widgets);
         if (!window || !WindowBench::waitForFirstPaint(window)) {
@@ -65,6 +66,7 @@ void residentMemory(benchmark::State &state, bool settingsWindow)
         }
         WindowBench::idle(SettleMs);
         const WindowBench::Memory after = WindowBench::memoryNow();
+        WindowBench::writeGrowth(qEnvironmentVariable("BENCH_MEMORY_MAPS"), mappings);
         state.counters["rss_kib"] = double(after.residentKib - before.residentKib);
         state.counters["anon_kib"] = double(after.anonKib - before.anonKib);
         state.counters["file_kib"] = double(after.fileKib - before.fileKib);

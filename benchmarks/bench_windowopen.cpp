@@ -1,6 +1,9 @@
 // Opening the settings window as the host does (plug-in loaded, window asked
 // for, shown, until its first paint) against a bare dialog with as many
 // widgets that starts, on its own, the same programs the window starts.
+//
+// Environment: BENCH_PROGRAM_LIST names a file for the programs one
+// opening started.
 #include "baredialog.h"
 #include "benchmain.h"
 #include "processcost.h"
@@ -12,10 +15,22 @@
 
 #include <QDialog>
 #include <QElapsedTimer>
+#include <QFile>
 
 namespace {
 
 enum class Variant { Window, Baseline, DialogOnly, ProgramsOnly };
+
+// The programs one opening started, a line each, for the report.
+void writeProgramList(const QList<QStringList> &programs)
+{
+    const QString path = qEnvironmentVariable("BENCH_PROGRAM_LIST");
+    QFile file(path);
+    if (path.isEmpty() || !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return;
+    for (const QStringList &call : programs)
+        file.write(call.join(QLatin1Char(' ')).toLocal8Bit() + '\n');
+}
 
 bool runAll(const QList<QStringList> &calls)
 {
@@ -35,6 +50,7 @@ void openWindow(benchmark::State &state, Variant variant)
         state.SkipWithError(error.isEmpty() ? "a program the window starts is no stand-in" : qPrintable(error));
         return;
     }
+    writeProgramList(opening.programs);
     const bool withDialog = variant != Variant::ProgramsOnly;
     const bool withPrograms = variant != Variant::DialogOnly;
     qint64 createNs = 0;

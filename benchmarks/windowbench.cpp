@@ -11,7 +11,10 @@
 #include <QEvent>
 #include <QEventLoop>
 #include <QPluginLoader>
+#include <QFile>
 #include <QTimer>
+
+#include <algorithm>
 
 #include <cstdio>
 
@@ -129,6 +132,54 @@ Memory memoryNow()
     }
     memory.heapBytes = ProcessSampler::heapInUse();
     return memory;
+}
+
+QMap<QString, qint64> residentByMapping()
+{
+    QMap<QString, qint64> resident;
+    FILE *file = std::fopen("/proc/self/smaps", "re");
+    if (!file)
+        return resident;
+    char line[4096];
+    QString mapping;
+    while (std::fgets(line, sizeof line, file)) {
+        long long kib = 0;
+        if (std::sscanf(line, "Rss: %lld", &kib) == 1) {
+            resident[mapping] += kib;
+            continue;
+        }
+        // A mapping's first line: address range, permissions, offset,
+        // device, inode, then the path when there is one.
+        unsigned long from = 0, to = 0;
+        int pathAt = 0;
+        if (std::sscanf(line, "%lx-%lx %*s %*s %*s %*s %n", &from, &to, &pathAt) >= 2 && pathAt > 0) {
+            mapping = QString::fromLocal8Bit(line + pathAt).trimmed();
+            if (mapping.isEmpty())
+                mapping = QStringLiteral("[anonymous]");
+        }
+    }
+    std::fclose(file);
+    return resident;
+}
+
+void writeGrowth(const QString &path, const QMap<QString, qint64> &before, int lines)
+{
+    if (path.isEmpty())
+        return;
+    QList<QPair<qint64, QString>> growth;
+    const QMap<QString, qint64> now = residentByMapping();
+    for (auto it = now.begin(); it != now.end(); ++it) {
+        const qint64 grown = it.value() - before.value(it.key());
+        if (grown > 0)
+            growth.append({grown, it.key()});
+    }
+    std::sort(growth.begin(), growth.end(), [](const auto &a, const auto &b) { return a.first > b.first; });
+    FILE *out = std::fopen(QFile::encodeName(path).constData(), "we");
+    if (!out)
+        return;
+    for (int i = 0; i < growth.size() && i < lines; ++i)
+        std::fprintf(out, "%lld\t%s\n", static_cast<long long>(growth.at(i).first), qPrintable(growth.at(i).second));
+    std::fclose(out);
 }
 
 } // namespace WindowBench

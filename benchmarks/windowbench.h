@@ -2,6 +2,7 @@
 #define WINDOWBENCH_H
 
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
@@ -49,6 +50,13 @@ struct Memory
     qint64 heapBytes = 0;       // malloc'ed and in use
 };
 Memory memoryNow();
+
+// Resident KiB by what is mapped (a file's path, "[heap]", "[anonymous]"),
+// from /proc/self/smaps.
+QMap<QString, qint64> residentByMapping();
+// Writes the mappings that grew most from `before` to now, a line each:
+// KiB, tab, mapping. Nothing when `path` is empty.
+void writeGrowth(const QString &path, const QMap<QString, qint64> &before, int lines = 8);
 
 } // namespace WindowBench
 
