@@ -77,7 +77,8 @@ def machine(results):
         ("cores seen", str(ctx.get("num_cpus", os.cpu_count()))),
         ("kernel", platform.release()),
         ("Qt", qt),
-        ("Google Benchmark library", f"{ctx.get('library_build_type', '?')} build (Debian's libbenchmark)"),
+        ("Google Benchmark library", f"Debian's libbenchmark, a {ctx.get('library_build_type', '?')} build (its timing loop only; "
+                                     "the plug-in and the benchmarks are built Release)"),
         ("Qt platform", "offscreen"),
     ]
 
