@@ -395,6 +395,11 @@ def main():
         elif r > LIMIT and "notify" in key:
             why = (f"the FIFO check and the SIGPIPE guard of every notification, kept on purpose (CPU ratio "
                    f"{cpu:.2f}×{', wall time scattered' if scattered else ''})")
+        elif r > LIMIT and ("record_" in key or "program_run" in key):
+            extra_us = (seconds(aggs["median"], "cpu_time") - seconds(base["median"], "cpu_time")) * 1e6
+            why = (f"the same programs on both sides; the runner's process group, signal set-up and time "
+                   f"bound cost {extra_us:.0f} µs more CPU, the rest of the wall-time difference is the "
+                   f"programs' own scatter on the loaded machine (spread above)")
         elif r > LIMIT:
             why = f"scattered on the loaded machine (CPU ratio {cpu:.2f}×)"
         text(f"| {key.replace('/plugin', '')} | {r:.2f}× | {'yes' if r <= LIMIT else 'no'} | {why} |")
