@@ -20,8 +20,13 @@ public:
 
     enum class Status { Ok, NotAnObject };
 
+    // A list of a few languages takes a few hundred bytes; a larger file
+    // is not read as one.
+    static constexpr qint64 MaxFileSize = 64 * 1024;
+
     // Reads every array among the top-level values (in key order) and every
     // object in it. Keys are case-sensitive; a missing "id" counts as 0.
+    // The same bytes as last time give the same list without parsing again.
     Status parse(const QByteArray &json);
     QList<Entry> entries() const { return m_entries; }
     int defaultLanguage() const { return m_defaultLanguage; }
@@ -48,6 +53,8 @@ public:
     static void installFirst(QTranslator *translator);
 
 private:
+    Status parseDocument(const QByteArray &json);
+
     QList<Entry> m_entries;
     int m_defaultLanguage = 0;
 };

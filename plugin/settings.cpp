@@ -12,6 +12,7 @@
 
 #include <QEvent>
 #include <QFile>
+#include <QFileInfo>
 #include <QGraphicsDropShadowEffect>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -392,12 +393,15 @@ void Settings::parseLangeinfo()
         m_fillingLanguages = false;
     }
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    // A plain file only: opening a FIFO put in its place would wait for a
+    // writer, and the window with it.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
         qCDebug(lcSettings) << "cannot open lange.json";
         return;
     }
+    const QByteArray json = file.read(LanguageList::MaxFileSize + 1);
     LanguageList list;
-    if (list.parse(file.readAll()) != LanguageList::Status::Ok) {
+    if (json.size() > LanguageList::MaxFileSize || list.parse(json) != LanguageList::Status::Ok) {
         qCDebug(lcSettings) << "JSON document is not an object";
         return;
     }

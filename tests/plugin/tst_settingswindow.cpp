@@ -18,6 +18,8 @@
 #include <QSettings>
 #include <QtTest>
 
+#include <sys/stat.h>
+
 namespace {
 
 const char PluginPath[] = SETTINGS_PLUGIN_PATH;
@@ -436,24 +438,32 @@ void TestSettingsWindow::missingLanguageFileGivesBuiltInList()
 
 void TestSettingsWindow::unreadableLanguageFile_data()
 {
-    QTest::addColumn<bool>("folder");
+    QTest::addColumn<QString>("kind");
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("message");
-    QTest::newRow("a folder") << true << QByteArray() << "cannot open lange.json";
-    QTest::newRow("an array") << false << QByteArray("[1,2]") << "JSON document is not an object";
-    QTest::newRow("cut short") << false << QByteArray("{\"lange\":[{\"id\":0,") << "JSON document is not an object";
-    QTest::newRow("empty") << false << QByteArray() << "JSON document is not an object";
+    const QString file = QStringLiteral("file");
+    QTest::newRow("a folder") << "folder" << QByteArray() << "cannot open lange.json";
+    QTest::newRow("a FIFO") << "fifo" << QByteArray() << "cannot open lange.json";
+    QTest::newRow("an array") << file << QByteArray("[1,2]") << "JSON document is not an object";
+    QTest::newRow("cut short") << file << QByteArray("{\"lange\":[{\"id\":0,") << "JSON document is not an object";
+    QTest::newRow("empty") << file << QByteArray() << "JSON document is not an object";
+    // A whole list, but behind more than the reader takes.
+    QTest::newRow("over 64 KiB") << file << QByteArray(64 * 1024, ' ') + ThreeLanguages
+                                 << "JSON document is not an object";
 }
 
 void TestSettingsWindow::unreadableLanguageFile()
 {
-    QFETCH(bool, folder);
+    QFETCH(QString, kind);
     QFETCH(QByteArray, content);
     QFETCH(QString, message);
     TestPanel panel;
     panel.removeFile("/hmi/Config/lange.json");
-    if (folder)
-        QDir().mkpath(panel.path("/hmi/Config/lange.json"));
+    const QByteArray path = QFile::encodeName(panel.path("/hmi/Config/lange.json"));
+    if (kind == QLatin1String("folder"))
+        QVERIFY(QDir().mkpath(QString::fromLocal8Bit(path)));
+    else if (kind == QLatin1String("fifo"))
+        QCOMPARE(mkfifo(path.constData(), 0600), 0);    // no writer ever comes
     else
         panel.writeFile("/hmi/Config/lange.json", content);
     QTest::ignoreMessage(QtDebugMsg, qPrintable(message));
