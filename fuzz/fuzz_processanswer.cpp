@@ -46,9 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     // The pipe's bytes in a buffer of exactly their size: the reader must
     // neither need a terminator nor look past them.
     const int count = int(size);
-    std::unique_ptr<char[]> answer(new char[size > 0 ? size : 1]);
-    if (size > 0)
-        std::memcpy(answer.get(), data, size);
+    const std::unique_ptr<char[]> answer = FuzzSupport::exactCopy(data, size);
     const int pid = ProcessLookup::pidFromAnswer(answer.get(), count);
     const QByteArray input = FuzzSupport::bytes(data, size);
     FUZZ_CHECK(pid == expectedPid(answer.get(), count), input.left(ProcessLookup::AnswerSize));

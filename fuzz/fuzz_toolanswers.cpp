@@ -73,9 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     // Exactly the bytes the tool printed, no terminator: the readers must
     // stop by themselves.
     const int count = int(size);
-    std::unique_ptr<char[]> answer(new char[size > 0 ? size : 1]);
-    if (size > 0)
-        std::memcpy(answer.get(), data, size);
+    const std::unique_ptr<char[]> answer = FuzzSupport::exactCopy(data, size);
     const QByteArray shown = FuzzSupport::bytes(data, size).left(64);
 
     const int raw = EEInfoHandle::brightnessFromAnswer(answer.get(), count);

@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 namespace FuzzSupport {
 
@@ -61,6 +62,14 @@ void writePanelFile(const QString &panelPath, const QByteArray &bytes)
 QByteArray bytes(const uint8_t *data, size_t size)
 {
     return QByteArray(reinterpret_cast<const char *>(data), int(size));
+}
+
+std::unique_ptr<char[]> exactCopy(const uint8_t *data, size_t size)
+{
+    std::unique_ptr<char[]> copy(new char[size > 0 ? size : 1]);
+    if (size > 0)
+        std::memcpy(copy.get(), data, size);
+    return copy;
 }
 
 void fail(const char *property, const QByteArray &detail)

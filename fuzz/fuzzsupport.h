@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 // What every fuzz target shares: a throw-away panel root that all absolute
 // paths resolve under, a PATH in which no program can be found (a reader
@@ -25,6 +26,11 @@ QString panelRoot();
 void writePanelFile(const QString &panelPath, const QByteArray &bytes);
 
 QByteArray bytes(const uint8_t *data, size_t size);
+
+// The input in a heap block of exactly its size (one byte for an empty
+// one) with no terminator after it, as a pipe's bytes arrive: a reader
+// that looks past them is stopped by AddressSanitizer.
+std::unique_ptr<char[]> exactCopy(const uint8_t *data, size_t size);
 
 // Prints why and aborts, so that libFuzzer saves the input as a finding.
 [[noreturn]] void fail(const char *property, const QByteArray &detail = QByteArray());

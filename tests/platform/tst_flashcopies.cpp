@@ -8,6 +8,7 @@
 #include "commondevmtdwr.h"
 #include "fakemtddevice.h"
 #include "futuremtdwr.h"
+#include "quietstdout.h"
 #include "testharness.h"
 
 #include <QElapsedTimer>
@@ -43,36 +44,6 @@ QByteArray randomBytes(QRandomGenerator &generator, int size)
         bytes[i] = char(generator.bounded(256));
     return bytes;
 }
-
-// The copy's progress lines go to standard output; the test log must not
-// drown in them, and must not lose its own lines either.
-class QuietStdout
-{
-public:
-    QuietStdout()
-    {
-        std::fflush(stdout);
-        m_saved = ::dup(STDOUT_FILENO);
-        const int null = ::open("/dev/null", O_WRONLY);
-        if (null >= 0) {
-            ::dup2(null, STDOUT_FILENO);
-            ::close(null);
-        }
-    }
-    ~QuietStdout()
-    {
-        std::fflush(stdout);
-        if (m_saved >= 0) {
-            ::dup2(m_saved, STDOUT_FILENO);
-            ::close(m_saved);
-        }
-    }
-    QuietStdout(const QuietStdout &) = delete;
-    QuietStdout &operator=(const QuietStdout &) = delete;
-
-private:
-    int m_saved = -1;
-};
 
 // One random case: the device as it was, where the copy must go, and the
 // partition as it must be afterwards.

@@ -10,6 +10,7 @@
 #include "commondevmtdwr.h"
 #include "eeinfohandle.h"
 #include "fakemtddevice.h"
+#include "quietstdout.h"
 #include "testharness.h"
 #include "testpanel.h"
 #include "windowrecord.h"
@@ -281,34 +282,6 @@ DeviceWrite wlanFieldsThroughDevice(QRandomGenerator &generator)
     }
     return done;
 }
-
-class QuietStdout
-{
-public:
-    QuietStdout()
-    {
-        std::fflush(stdout);
-        m_saved = ::dup(STDOUT_FILENO);
-        const int null = ::open("/dev/null", O_WRONLY);
-        if (null >= 0) {
-            ::dup2(null, STDOUT_FILENO);
-            ::close(null);
-        }
-    }
-    ~QuietStdout()
-    {
-        std::fflush(stdout);
-        if (m_saved >= 0) {
-            ::dup2(m_saved, STDOUT_FILENO);
-            ::close(m_saved);
-        }
-    }
-    QuietStdout(const QuietStdout &) = delete;
-    QuietStdout &operator=(const QuietStdout &) = delete;
-
-private:
-    int m_saved = -1;
-};
 
 } // namespace
 
