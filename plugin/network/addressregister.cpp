@@ -23,15 +23,29 @@ void AddressRegister::pack(const QString &text, unsigned char bytes[Size])
     }
 }
 
+namespace {
+
+// The register moves as many bytes as its table row says, whatever buffer
+// it is given: only a register of exactly an address's size may be used.
+bool holdsAnAddress(unsigned index)
+{
+    return index < SysReg::RegCount && SysReg::table()[index].length == AddressRegister::Size;
+}
+
+} // namespace
+
 QString AddressRegister::read(unsigned index)
 {
     unsigned char bytes[Size] = {};
-    SysReg_Read(index, bytes);
+    if (holdsAnAddress(index))
+        SysReg_Read(index, bytes);
     return dotted(bytes);
 }
 
 void AddressRegister::write(unsigned index, const QString &text)
 {
+    if (!holdsAnAddress(index))
+        return;
     unsigned char bytes[Size] = {};
     pack(text, bytes);
     SysReg_WriteNotify(index, bytes, Size);
@@ -39,6 +53,8 @@ void AddressRegister::write(unsigned index, const QString &text)
 
 void AddressRegister::clear(unsigned index)
 {
+    if (!holdsAnAddress(index))
+        return;
     const unsigned char bytes[Size] = {};
     SysReg_WriteNotify(index, bytes, Size);
 }

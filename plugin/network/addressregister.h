@@ -4,7 +4,8 @@
 #include <QString>
 
 // The host application keeps the addresses of its own links (WLAN, VPN) in
-// 8-byte registers: four unsigned 16-bit values, first octet first.
+// 8-byte registers: four unsigned 16-bit values, first octet first. A
+// register of any other size is left alone and reads as "0.0.0.0".
 namespace AddressRegister {
 
 constexpr unsigned Size = 8;

@@ -26,6 +26,7 @@ private slots:
     void addressPacking();
     void addressRegisterRoundTrip();
     void addressRegisterClear();
+    void registerOfOtherSizeIsLeftAlone();
     void messageFollowsLanguageRegister_data();
     void messageFollowsLanguageRegister();
     void testButtonStyles();
@@ -124,6 +125,31 @@ void TestNetworkShared::addressRegisterClear()
     AddressRegister::write(SysRegIdx::VpnAddress, QStringLiteral("1.2.3.4"));
     AddressRegister::clear(SysRegIdx::VpnAddress);
     QCOMPARE(AddressRegister::read(SysRegIdx::VpnAddress), QStringLiteral("0.0.0.0"));
+}
+
+// A wider register would take more bytes than an address has from the
+// caller's buffer; a narrower one would be read into the wrong shape.
+void TestNetworkShared::registerOfOtherSizeIsLeftAlone()
+{
+    TestPanel panel;
+    QVERIFY2(panel.isValid(), qPrintable(panel.errorString()));
+    unsigned wide = SysReg::RegCount;
+    for (unsigned i = 0; i < SysReg::RegCount && wide == SysReg::RegCount; ++i) {
+        if (SysReg::table()[i].length > 2 * AddressRegister::Size)
+            wide = i;
+    }
+    QVERIFY(wide < SysReg::RegCount);
+    const int length = int(SysReg::table()[wide].length);
+    const QByteArray pattern(length, '\x5a');
+    QCOMPARE(SysReg_Write(wide, pattern.constData(), unsigned(length)), 0);
+
+    AddressRegister::write(wide, QStringLiteral("1.2.3.4"));
+    AddressRegister::clear(wide);
+    QByteArray stored(length, '\0');
+    QCOMPARE(SysReg_Read(wide, stored.data()), 0);
+    QCOMPARE(stored, pattern);
+    QCOMPARE(AddressRegister::read(wide), QStringLiteral("0.0.0.0"));
+    QCOMPARE(AddressRegister::read(SysReg::RegCount + 5), QStringLiteral("0.0.0.0"));
 }
 
 void TestNetworkShared::messageFollowsLanguageRegister_data()
