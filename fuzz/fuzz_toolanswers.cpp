@@ -23,8 +23,8 @@ bool blank(char c)
     return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
 }
 
-// strtol's reading by hand (saturating at the long range), then the
-// narrowing to int the reader does.
+// strtol's reading by hand (saturating at the long range), then held to
+// the int range as the reader does.
 int expectedBrightness(const char *bytes, int size)
 {
     const int n = qMin(size, Looked);
@@ -46,7 +46,7 @@ int expectedBrightness(const char *bytes, int size)
         number = value >= cap ? LONG_MIN : -long(value);
     else
         number = value >= cap ? LONG_MAX : long(value);
-    return static_cast<int>(number);
+    return int(qBound<long>(INT_MIN, number, INT_MAX));
 }
 
 int expectedUsbSlave(const char *bytes, int size)

@@ -9,6 +9,7 @@
 
 #include <QFile>
 
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -143,7 +144,9 @@ int EEInfoHandle::brightnessFromAnswer(const char *answer, int size)
 {
     char text[AnswerSize];
     answerText(answer, size, text);
-    return int(strtol(text, nullptr, 10));
+    // Held to the int range: a cut-off narrowing would turn a huge answer
+    // into an ordinary-looking level.
+    return int(qBound<long>(INT_MIN, strtol(text, nullptr, 10), INT_MAX));
 }
 
 int EEInfoHandle::usbSlaveFromAnswer(const char *answer, int size)

@@ -223,6 +223,8 @@ private slots:
         QTest::addColumn<int>("usbSlave");
         QTest::newRow("nothing") << QByteArray() << 0 << 0;
         QTest::newRow("level") << QByteArray("  120\n") << 120 << 0;
+        QTest::newRow("past the int range") << QByteArray("4294967372\n") << INT_MAX << 0;
+        QTest::newRow("below the int range") << QByteArray("-4294967372\n") << INT_MIN << 0;
         QTest::newRow("plug-in") << QByteArray("plug-in\n") << 0 << 1;
         QTest::newRow("NUL ends the text") << QByteArray("plug-in\n\0" "9", 10) << 0 << 1;
         QTest::newRow("NUL first") << QByteArray("\0" "77", 3) << 0 << 0;
