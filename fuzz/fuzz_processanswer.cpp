@@ -12,31 +12,13 @@
 
 namespace {
 
-bool blank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
-}
-
-// A reading of the number by hand, digit by digit, saturating.
+// 1 for nothing, else the number as read by hand.
 int expectedPid(const char *bytes, int size)
 {
     const int n = qMin(size, ProcessLookup::AnswerSize);
     if (n == 0 || bytes[0] == '\0')
         return 1;
-    int i = 0;
-    while (i < n && blank(bytes[i]))
-        ++i;
-    bool negative = false;
-    if (i < n && (bytes[i] == '+' || bytes[i] == '-')) {
-        negative = bytes[i] == '-';
-        ++i;
-    }
-    qint64 value = 0;
-    for (; i < n && bytes[i] >= '0' && bytes[i] <= '9'; ++i)
-        value = qMin<qint64>(value * 10 + (bytes[i] - '0'), qint64(INT_MAX) + 1);
-    if (negative)
-        return int(qMax<qint64>(-value, INT_MIN));
-    return int(qMin<qint64>(value, INT_MAX));
+    return FuzzSupport::leadingInt(bytes, n);
 }
 
 } // namespace

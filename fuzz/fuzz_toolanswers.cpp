@@ -18,35 +18,9 @@ namespace {
 
 constexpr int Looked = EEInfoHandle::AnswerSize - 1;
 
-bool blank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
-}
-
-// strtol's reading by hand (saturating at the long range), then held to
-// the int range as the reader does.
 int expectedBrightness(const char *bytes, int size)
 {
-    const int n = qMin(size, Looked);
-    int i = 0;
-    while (i < n && blank(bytes[i]))
-        ++i;
-    bool negative = false;
-    if (i < n && (bytes[i] == '+' || bytes[i] == '-')) {
-        negative = bytes[i] == '-';
-        ++i;
-    }
-    // Counted up to one past the long range, where strtol saturates.
-    const quint64 cap = quint64(LONG_MAX) + 1;
-    quint64 value = 0;
-    for (; i < n && bytes[i] >= '0' && bytes[i] <= '9'; ++i)
-        value = value > cap / 10 ? cap : qMin(cap, value * 10 + quint64(bytes[i] - '0'));
-    long number;
-    if (negative)
-        number = value >= cap ? LONG_MIN : -long(value);
-    else
-        number = value >= cap ? LONG_MAX : long(value);
-    return int(qBound<long>(INT_MIN, number, INT_MAX));
+    return FuzzSupport::leadingInt(bytes, qMin(size, Looked));
 }
 
 int expectedUsbSlave(const char *bytes, int size)

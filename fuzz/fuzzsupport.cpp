@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -64,6 +65,26 @@ QByteArray bytes(const uint8_t *data, size_t size)
     return QByteArray(reinterpret_cast<const char *>(data), int(size));
 }
 
+int leadingInt(const char *bytes, int size)
+{
+    const auto blank = [](char c) {
+        return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+    };
+    int i = 0;
+    while (i < size && blank(bytes[i]))
+        ++i;
+    bool negative = false;
+    if (i < size && (bytes[i] == '+' || bytes[i] == '-')) {
+        negative = bytes[i] == '-';
+        ++i;
+    }
+    // Counted up to one past the int range, where the answer saturates.
+    qint64 value = 0;
+    for (; i < size && bytes[i] >= '0' && bytes[i] <= '9'; ++i)
+        value = qMin<qint64>(value * 10 + (bytes[i] - '0'), qint64(INT_MAX) + 1);
+    return negative ? int(qMax<qint64>(-value, INT_MIN)) : int(qMin<qint64>(value, INT_MAX));
+}
+
 std::unique_ptr<char[]> exactCopy(const uint8_t *data, size_t size)
 {
     std::unique_ptr<char[]> copy(new char[size > 0 ? size : 1]);
@@ -82,3 +103,12 @@ void fail(const char *property, const QByteArray &detail)
 }
 
 } // namespace FuzzSupport
+
+// Every target gets its panel root before the first input, so that no path
+// of the plug-in is ever resolved outside it. Weak: a target that needs more
+// set-up (an application object) defines its own and calls panelRoot().
+extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int *, char ***)
+{
+    FuzzSupport::panelRoot();
+    return 0;
+}

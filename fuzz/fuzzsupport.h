@@ -16,8 +16,9 @@
 namespace FuzzSupport {
 
 // Creates the panel root on first use (a fresh folder under $TMPDIR, or in
-// RAM under /dev/shm when TMPDIR is not set) and
-// points PANEL_ROOT and PATH at it. Returns the root.
+// RAM under /dev/shm when TMPDIR is not set) and points PANEL_ROOT and PATH
+// at it. Returns the root. Every target's start-up calls it, unless the
+// target defines LLVMFuzzerInitialize itself, which must then call it.
 QString panelRoot();
 
 // Writes bytes to the panel path (e.g. "/var/run/udhcpc.eth0.pid") below
@@ -31,6 +32,11 @@ QByteArray bytes(const uint8_t *data, size_t size);
 // one) with no terminator after it, as a pipe's bytes arrive: a reader
 // that looks past them is stopped by AddressSanitizer.
 std::unique_ptr<char[]> exactCopy(const uint8_t *data, size_t size);
+
+// The leading decimal number of the first `size` bytes, read by hand as
+// strtol reads it (blanks and one sign first, 0 without digits), held to
+// the int range: the reference for readers of the tools' answers.
+int leadingInt(const char *bytes, int size);
 
 // Prints why and aborts, so that libFuzzer saves the input as a finding.
 [[noreturn]] void fail(const char *property, const QByteArray &detail = QByteArray());
